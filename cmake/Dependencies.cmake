@@ -1,0 +1,12 @@
+set(OpenGL_GL_PREFERENCE GLVND)
+find_package(Threads REQUIRED)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Svg)
+find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX)
+find_package(X11 REQUIRED)
+find_package(Freetype REQUIRED)
+find_package(ALSA REQUIRED)
+find_package(CURL REQUIRED)
+find_package(OpenSSL REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET
+    libavformat libavcodec libavutil libswscale libswresample)
