@@ -28,6 +28,23 @@ struct _TP_TRANSPARAM { unsigned char r0; unsigned char resolution; unsigned cha
 struct _TP_EAGLEEYEPARAM { bool flag; int mode; int expandType; };                                  /* 12 bytes, built by EagleEyeModule */
 struct _TP_FISHMESSAGE { int box, kind, length, r0; void* payload; unsigned char r1[64]; };         /* 88 bytes, read by the fish listener */
 
+/* What happens to a stream later than in the call that caused it; see TP_SetMessageHandler. 21 is never used: it belongs to
+ * the library above the engine. */
+enum TP_Message {
+    TP_MESSAGE_OPENED = 1,         /* the first picture (of a stream without pictures: the first sound) is there */
+    TP_MESSAGE_OPEN_FAILED = 2,    /* the source cannot be opened or is no media; network sources are tried again */
+    TP_MESSAGE_AUTH_FAILED = 3,    /* the source refuses the credential; waits for TP_SetReconnectInfo */
+    TP_MESSAGE_ENDED = 4,          /* the end of the source or the stop time; the last picture stays on show */
+    TP_MESSAGE_LOST = 5,           /* a network source broke off or fell silent; it is tried again */
+    TP_MESSAGE_RESTORED = 6,       /* after LOST: pictures come again */
+    TP_MESSAGE_STANDING_STILL = 7, /* no new picture for three seconds though the stream should move */
+    TP_MESSAGE_MOVING_AGAIN = 8,   /* after STANDING_STILL, when the connection itself did not break */
+    TP_MESSAGE_SIZE_CHANGED = 9,   /* the picture has another size than before */
+    TP_MESSAGE_NOT_DECODABLE = 10, /* no decoder for the pictures of this source */
+    TP_MESSAGE_NOT_REVERSIBLE = 11, /* the source cannot be played backwards: live, or without an index */
+    TP_MESSAGE_RECORD_FAILED = 30  /* the disk ended a recording; what was written until then is good */
+};
+
 /* callbacks */
 typedef void (*TP_MessageHandler)(int playId, unsigned message, void* user);
 typedef void (*TP_DrawFun)(int playId, void* drawContext, void* user);
