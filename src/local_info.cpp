@@ -112,15 +112,19 @@ bool writeFile(const auxiliary& tools, const Settings& settings)
 {
     QJsonDocument document;
     tools.CreateJson(&settings, &document);
+    tools.CheckDirectory(configFolder(tools));
     removeLeftovers(configFolder(tools));
     QSaveFile file(configPath(tools));
     file.setDirectWriteFallback(true);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
+    const QString text = QString::fromLatin1(document.toJson());
     QTextStream stream(&file);
     stream.setCodec("ISO-8859-1");
-    stream << QString::fromLatin1(document.toJson());
+    stream << text;
     stream.flush();
+    if (file.size() != text.size()) // a disk that fills up takes a part and reports no error
+        file.cancelWriting();
     return file.commit();
 }
 
@@ -133,9 +137,7 @@ void makeWorkingFolders(const auxiliary& tools)
 bool writeDefaults(const auxiliary& tools)
 {
     makeWorkingFolders(tools);
-    const Settings settings = defaultSettings(tools.GetUserHomePath());
-    tools.CheckDirectory(configFolder(tools));
-    return writeFile(tools, settings);
+    return writeFile(tools, defaultSettings(tools.GetUserHomePath()));
 }
 
 struct Reading

@@ -1,0 +1,213 @@
+#include "src/local_info.h"
+
+#include "tests/local/LocalFiles.h"
+
+#include <QDateTime>
+
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace local_test {
+
+using LocalInfoTest = RootFolder;
+
+QJsonDocument pairOf(const QString& value)
+{
+    return QJsonDocument(QJsonObject{{"localConfig", QJsonObject{{"first", value}, {"last~", value}}}});
+}
+
+bool isWhole(const QJsonObject& config)
+{
+    return !config.isEmpty() && config["first"] == config["last~"];
+}
+
+TEST_F(LocalInfoTest, firstReadMakesFoldersAndDefaults)
+{
+    const QJsonObject answer = objectOf(LocalInfo().ReadLocalFile());
+    EXPECT_EQ(answer["errorModule"], "");
+    EXPECT_EQ(answer["errorCode"], 0);
+    const QJsonObject config = answer["localConfig"].toObject();
+    EXPECT_EQ(config.size(), 29);
+    EXPECT_EQ(config["packgeSize"], "1");
+    EXPECT_EQ(config["buffNumberType"], "2");
+    EXPECT_EQ(config["osdPosInfo"], "1");
+    EXPECT_EQ(config["showWizard"], "");
+    EXPECT_EQ(config["customBuffNumber"], 20);
+    EXPECT_EQ(config["FaceSnapPicPath"], root() + "/Web/InteligentFaceFiles");
+    EXPECT_EQ(configBytes(), QJsonDocument(config).toJson());
+    EXPECT_EQ(QDir(root() + "/Web").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 8);
+}
+
+TEST_F(LocalInfoTest, rootFollowsTheEnvironment)
+{
+    QTemporaryDir other;
+    EXPECT_EQ(LocalInfo().GetLocalInfo("capturePath"), root() + "/Web/CaptureFiles");
+    qputenv("PWD", other.path().toLocal8Bit());
+    EXPECT_EQ(LocalInfo().GetLocalInfo("capturePath"), other.path() + "/Web/CaptureFiles");
+    qunsetenv("PWD");
+    EXPECT_EQ(auxiliary().GetUserHomePath(), "/opt/quillmark");
+    qputenv("PWD", "/proc/nothing/can/be/made/here");
+    EXPECT_EQ(objectOf(LocalInfo().ReadLocalFile()),
+              json(R"({"errorModule":"getLocalConfig","errorCode":-1,"localConfig":""})").object());
+}
+
+TEST_F(LocalInfoTest, writeMergesAndFlattens)
+{
+    LocalInfo info;
+    info.GetLocalInfo("ivsMode");
+    const QJsonDocument change = json(R"({"localConfig":{"ivsMode":1,"packgeSize":"2","a":{"b":"c","n":7},"t":true,
+        "list":[1],"fraction":1.5,"none":{},"own":"größe"}})");
+    EXPECT_EQ(info.WriteLocalFile(&change), 0);
+    const QJsonObject config = QJsonDocument::fromJson(configBytes()).object();
+    EXPECT_EQ(config["ivsMode"], 1);
+    EXPECT_EQ(info.GetLocalInfo("ivsMode").toInt(), 1);
+    EXPECT_EQ(config["packgeSize"], "2");
+    EXPECT_EQ(config["b"], "c");
+    EXPECT_EQ(config["n"], "");
+    EXPECT_FALSE(config.contains("a"));
+    for (const char* key : {"t", "list", "none"})
+        EXPECT_EQ(config[key], "") << key;
+    EXPECT_EQ(config["fraction"], 0);
+    EXPECT_EQ(config["buffNumberType"], "2");
+    EXPECT_EQ(info.GetLocalInfo("own"), QString::fromUtf8("größe"));
+    EXPECT_EQ(info.GetLocalInfo("noSuchKey"), "");
+    const QJsonDocument array = json("[1]");
+    EXPECT_EQ(info.WriteLocalFile(&array), -1);
+    EXPECT_EQ(info.WriteLocalFile(nullptr), -1);
+}
+
+// A second write and a second read keep what the first has made of the text.
+TEST_F(LocalInfoTest, otherAlphabetsSurviveManyRounds)
+{
+    LocalInfo info;
+    const QJsonDocument change = json(R"({"localConfig":{"recordPath":"/videos/Übung/録画"}})");
+    for (int round = 0; round < 3; ++round)
+        ASSERT_EQ(info.WriteLocalFile(&change), 0);
+    EXPECT_EQ(LocalInfo().GetLocalInfo("recordPath"), QString::fromUtf8("/videos/Übung/録画"));
+}
+
+TEST_F(LocalInfoTest, brokenFileReadsAsEmptyAndIsNotRepaired)
+{
+    LocalInfo info;
+    info.CreatLocalInfo();
+    for (const QByteArray& broken : {QByteArray("{\"ivsMode\":"), QByteArray("\xff\xfe\x80"), QByteArray()}) {
+        writeBytes(configPath(), broken);
+        EXPECT_EQ(info.GetLocalInfo("ivsMode"), "");
+        EXPECT_EQ(objectOf(info.ReadLocalFile()),
+                  json(R"({"errorModule":"","errorCode":0,"localConfig":{}})").object());
+        EXPECT_EQ(configBytes(), broken);
+    }
+    const QJsonDocument change = json(R"({"localConfig":{"only":"this"}})");
+    EXPECT_EQ(info.WriteLocalFile(&change), 0);
+    EXPECT_EQ(configBytes(), json(R"({"only":"this"})").toJson());
+}
+
+// What `act` answers in a process of its own.
+template <class Act> int inChild(Act act)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(act());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(LocalInfoTest, fullDiskLeavesTheOldFile)
+{
+    LocalInfo info;
+    info.CreatLocalInfo();
+    const QByteArray before = configBytes();
+    const int result = inChild([&info] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{100, 100};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        const QJsonDocument change = pairOf(QString(1000, 'x'));
+        return info.WriteLocalFile(&change) == -1 ? 0 : 1;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(configBytes(), before);
+}
+
+TEST_F(LocalInfoTest, writesInPlaceWhereTheFolderIsReadOnly)
+{
+    constexpr uid_t kNobody = 65534;
+    LocalInfo().CreatLocalInfo();
+    ASSERT_EQ(chmod(root().toLocal8Bit().constData(), 0755), 0);
+    ASSERT_EQ(chmod(configPath().toLocal8Bit().constData(), 0666), 0);
+    ASSERT_EQ(chmod((root() + "/.HarborKit").toLocal8Bit().constData(), 0555), 0);
+    const int result = inChild([] {
+        if (geteuid() == 0 && seteuid(kNobody) != 0)
+            return 2;
+        const QJsonDocument change = json(R"({"localConfig":{"ivsMode":"in place"}})");
+        return -LocalInfo().WriteLocalFile(&change);
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(LocalInfo().GetLocalInfo("ivsMode"), "in place");
+    chmod((root() + "/.HarborKit").toLocal8Bit().constData(), 0755);
+}
+
+// LUMEN_DECK_LONG_TESTS makes it two hundred times.
+TEST_F(LocalInfoTest, killedWriterLeavesAWholeFile)
+{
+    const int rounds = qEnvironmentVariableIsSet("LUMEN_DECK_LONG_TESTS") ? 200 : 20;
+    std::mt19937 random(20);
+    std::uniform_int_distribution<useconds_t> moment(0, 8000);
+    LocalInfo().CreatLocalInfo();
+    for (int round = 0; round < rounds; ++round) {
+        const pid_t writer = fork();
+        if (writer == 0) {
+            for (int value = 0;; ++value) {
+                const QJsonDocument change = pairOf(QString(value % 5000, 'x'));
+                LocalInfo().WriteLocalFile(&change);
+            }
+        }
+        usleep(moment(random));
+        kill(writer, SIGKILL);
+        waitpid(writer, nullptr, 0);
+        ASSERT_TRUE(isWhole(QJsonDocument::fromJson(configBytes()).object())) << configBytes().toStdString();
+    }
+    const QDir folder(root() + "/.HarborKit");
+    writeBytes(folder.filePath("local.json.killed"), "{");
+    for (const QFileInfo& entry : folder.entryInfoList(QDir::Files)) {
+        QFile file(entry.filePath());
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime);
+    }
+    LocalInfo().CreatLocalInfo();
+    EXPECT_EQ(folder.entryList(QDir::Files | QDir::Hidden), QStringList("local.json"));
+}
+
+TEST_F(LocalInfoTest, manyThreadsSeeWholeFilesOnly)
+{
+    LocalInfo info;
+    const QJsonDocument start = pairOf("0");
+    ASSERT_EQ(info.WriteLocalFile(&start), 0);
+    std::atomic<int> torn{0};
+    std::vector<std::thread> threads;
+    for (int writer = 0; writer < 4; ++writer) {
+        threads.emplace_back([&, writer] {
+            for (int turn = 0; turn < 25; ++turn) {
+                const QJsonDocument change = pairOf(QString::number(writer * 1000 + turn));
+                if (LocalInfo().WriteLocalFile(&change) != 0)
+                    ++torn;
+                if (!isWhole(objectOf(info.ReadLocalFile())["localConfig"].toObject()))
+                    ++torn;
+                if (info.GetLocalInfo("first").isEmpty())
+                    ++torn;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(torn, 0);
+}
+
+} // namespace local_test
