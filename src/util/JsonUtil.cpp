@@ -1,5 +1,7 @@
 #include "src/util/JsonUtil.h"
 
+#include <cmath>
+
 namespace quillmark::lumen_deck {
 
 QVariant parseColorFromString(const QString& text)
@@ -14,6 +16,13 @@ QJsonObject assign(QJsonObject& target, const QJsonObject& source)
     for (auto field = source.constBegin(); field != source.constEnd(); ++field)
         target[field.key()] = field.value();
     return target;
+}
+
+int toInt(const QVariant& value)
+{
+    constexpr double beyond = 9.0e18;
+    const bool fits = value.type() != QVariant::Double || std::abs(value.toDouble()) < beyond;
+    return fits ? value.toInt() : 0;
 }
 
 namespace detail {

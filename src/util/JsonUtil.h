@@ -21,6 +21,9 @@ QVariant parseColorFromString(const QString& text);
 // Lays `source` over `target` and returns a copy of the result.
 QJsonObject assign(QJsonObject& target, const QJsonObject& source);
 
+// QVariant::toInt, and 0 for a number that no 64-bit integer holds.
+int toInt(const QVariant& value);
+
 namespace detail {
 
 // How a field of type T is read: the word for it in messages, and the value, null when the JSON type does not fit.

@@ -1,8 +1,10 @@
 #include "tests/double/EngineDouble.h"
 
 #include "tests/double/Recorder.h"
+#include "tests/double/Streams.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <map>
 #include <mutex>
@@ -12,18 +14,46 @@ namespace engine_double {
 
 namespace {
 
-struct Script {
-    std::mutex mutex;
+struct Script
+{
+    std::mutex mutex; // guards everything; never held while an action runs
     std::vector<Call> calls;
     std::map<std::string, int> answers;
+    std::map<std::string, std::function<void()>> actions;
+    std::map<std::string, std::vector<double>> numbers;
+    std::map<std::string, std::string> texts;
+    unsigned lastError = 0;
     int failIn = 0;
     int nextId = 100;
 };
 
 Script& script()
 {
-    static Script instance;
-    return instance;
+    static auto* const instance = new Script;
+    return *instance;
+}
+
+template <class Value> Value lookUp(std::map<std::string, Value> Script::*table, const char* name)
+{
+    Script& s = script();
+    const std::lock_guard lock(s.mutex);
+    const auto found = (s.*table).find(name);
+    return found != (s.*table).end() ? found->second : Value();
+}
+
+template <class Value> void tell(std::map<std::string, Value> Script::*table, const std::string& name, Value value)
+{
+    Script& s = script();
+    const std::lock_guard lock(s.mutex);
+    (s.*table)[name] = std::move(value);
+}
+
+std::string joined(std::initializer_list<double> numbers)
+{
+    std::string text;
+    for (const double number : numbers)
+        text += (text.empty() ? "" : ",") + std::to_string(number);
+    return text;
 }
 
 } // namespace
@@ -31,8 +61,13 @@ Script& script()
 int answerCall(const char* name, std::vector<std::string> arguments, bool answersId)
 {
     Script& s = script();
+    {
+        const std::lock_guard lock(s.mutex);
+        s.calls.push_back({name, std::move(arguments)});
+    }
+    if (const auto action = lookUp(&Script::actions, name))
+        action();
     const std::lock_guard lock(s.mutex);
-    s.calls.push_back({name, std::move(arguments)});
     if (s.failIn > 0 && --s.failIn == 0)
         return -1;
     if (const auto told = s.answers.find(name); told != s.answers.end())
@@ -40,12 +75,79 @@ int answerCall(const char* name, std::vector<std::string> arguments, bool answer
     return answersId ? s.nextId++ : 0;
 }
 
+unsigned scriptedError()
+{
+    Script& s = script();
+    const std::lock_guard lock(s.mutex);
+    s.calls.push_back({"TP_GetLastError", {}});
+    return s.lastError;
+}
+
+std::vector<double> given(const char* name)
+{
+    return lookUp(&Script::numbers, name);
+}
+
+void copyText(const char* name, char* buffer)
+{
+    const std::string text = lookUp(&Script::texts, name);
+    if (!text.empty())
+        std::memcpy(buffer, text.c_str(), text.size() + 1);
+}
+
+std::string bytesAsText(const void* record, std::size_t size)
+{
+    if (!record)
+        return "null";
+    const auto* bytes = static_cast<const unsigned char*>(record);
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) {
+        text += "0123456789abcdef"[bytes[i] >> 4];
+        text += "0123456789abcdef"[bytes[i] & 15];
+    }
+    return text;
+}
+
+std::string asText(const _TP_REGION* region)
+{
+    if (!region)
+        return "null";
+    return std::to_string(region->left) + "," + std::to_string(region->top) + "," + std::to_string(region->right) +
+           "," + std::to_string(region->bottom);
+}
+
+std::string asText(const _TP_FISHEYEPARAM* p)
+{
+    if (!p)
+        return "null";
+    return "mask " + std::to_string(p->mask) + " at " + joined({p->x, p->y, p->z, p->angle}) + " color " +
+           bytesAsText(p->color, sizeof p->color);
+}
+
+std::string asText(const _TP_PTZPARAM* point)
+{
+    return point ? joined({point->x, point->y}) : "null";
+}
+
+std::string asText(const _TP_SRTRANSFER* transfer)
+{
+    if (!transfer || !transfer->element)
+        return "null";
+    const _TP_SRTRANSFERELEMENT& e = *transfer->element;
+    return joined({e.e0, e.e1, e.e2, e.e3});
+}
+
 void reset()
 {
+    closeAll();
     Script& s = script();
     const std::lock_guard lock(s.mutex);
     s.calls.clear();
     s.answers.clear();
+    s.actions.clear();
+    s.numbers.clear();
+    s.texts.clear();
+    s.lastError = 0;
     s.failIn = 0;
 }
 
@@ -66,9 +168,22 @@ std::vector<Call> calls(const std::string& name)
 
 void answer(const std::string& name, int result)
 {
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    s.answers[name] = result;
+    tell(&Script::answers, name, result);
+}
+
+void onCall(const std::string& name, std::function<void()> action)
+{
+    tell(&Script::actions, name, std::move(action));
+}
+
+void give(const std::string& name, std::vector<double> numbers)
+{
+    tell(&Script::numbers, name, std::move(numbers));
+}
+
+void giveText(const std::string& name, std::string text)
+{
+    tell(&Script::texts, name, std::move(text));
 }
 
 void failCall(int nth)
@@ -76,6 +191,13 @@ void failCall(int nth)
     Script& s = script();
     const std::lock_guard lock(s.mutex);
     s.failIn = nth;
+}
+
+void lastError(unsigned code)
+{
+    Script& s = script();
+    const std::lock_guard lock(s.mutex);
+    s.lastError = code;
 }
 
 } // namespace engine_double

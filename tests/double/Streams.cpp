@@ -1,0 +1,183 @@
+#include "tests/double/Streams.h"
+
+#include "tests/double/EngineDouble.h"
+
+#include <condition_variable>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace engine_double {
+
+namespace {
+
+struct Stream
+{
+    int parent = -1;
+    int running = 0; // hooks that run now
+    std::function<void(void*)> draw;
+    std::function<void(TP_ADDITION_DATA_INFO*)> addition;
+};
+
+struct Streams
+{
+    std::mutex mutex; // guards everything; never held while a hook runs
+    std::condition_variable left;
+    std::map<int, std::shared_ptr<Stream>> live;
+    TP_MessageHandler messageHandler = nullptr;
+    void* messageUser = nullptr;
+    TP_FishMsgFun fishHandler = nullptr;
+};
+
+Streams& streams()
+{
+    static auto* const instance = new Streams;
+    return *instance;
+}
+
+// Runs `hook` of a live stream; its stop waits.
+template <class Hook, class... Arguments> bool runHook(int playId, Hook Stream::*hook, Arguments... arguments)
+{
+    Streams& s = streams();
+    std::unique_lock lock(s.mutex);
+    const auto found = s.live.find(playId);
+    if (found == s.live.end() || !(found->second.get()->*hook))
+        return false;
+    const std::shared_ptr<Stream> stream = found->second;
+    const Hook running = stream.get()->*hook;
+    ++stream->running;
+    lock.unlock();
+    running(arguments...);
+    lock.lock();
+    --stream->running;
+    s.left.notify_all();
+    return true;
+}
+
+template <class Hook> void setHook(int playId, Hook Stream::*hook, Hook value)
+{
+    Streams& s = streams();
+    const std::lock_guard lock(s.mutex);
+    if (const auto found = s.live.find(playId); found != s.live.end())
+        found->second.get()->*hook = std::move(value);
+}
+
+// With the lock: takes the stream out and waits until its hooks have left.
+void closeOne(Streams& s, std::unique_lock<std::mutex>& lock, int playId)
+{
+    const auto found = s.live.find(playId);
+    if (found == s.live.end())
+        return;
+    const std::shared_ptr<Stream> stream = found->second;
+    s.live.erase(found);
+    s.left.wait(lock, [&] { return stream->running == 0; });
+}
+
+int viewOf(const Streams& s, int playId)
+{
+    for (const auto& [id, stream] : s.live) {
+        if (stream->parent == playId)
+            return id;
+    }
+    return -1;
+}
+
+} // namespace
+
+int opened(int playId, int parent)
+{
+    Streams& s = streams();
+    const std::lock_guard lock(s.mutex);
+    if (playId != -1) {
+        s.live[playId] = std::make_shared<Stream>();
+        s.live[playId]->parent = parent;
+    }
+    return playId;
+}
+
+int closed(int playId, int result)
+{
+    Streams& s = streams();
+    std::unique_lock lock(s.mutex);
+    if (result < 0 || playId < 0)
+        return result;
+    for (int view = viewOf(s, playId); view != -1; view = viewOf(s, playId))
+        closeOne(s, lock, view);
+    closeOne(s, lock, playId);
+    return result;
+}
+
+void closeAll()
+{
+    for (const int playId : livePlays())
+        closed(playId, 0);
+}
+
+void setDrawHook(int playId, std::function<void(void*)> hook)
+{
+    setHook(playId, &Stream::draw, std::move(hook));
+}
+
+void setAdditionHook(int playId, std::function<void(TP_ADDITION_DATA_INFO*)> hook)
+{
+    setHook(playId, &Stream::addition, std::move(hook));
+}
+
+void setMessageHandler(TP_MessageHandler handler, void* user)
+{
+    Streams& s = streams();
+    const std::lock_guard lock(s.mutex);
+    s.messageHandler = handler;
+    s.messageUser = user;
+}
+
+void setFishMessageHandler(TP_FishMsgFun handler)
+{
+    Streams& s = streams();
+    const std::lock_guard lock(s.mutex);
+    s.fishHandler = handler;
+}
+
+void emitMessage(int playId, unsigned message)
+{
+    Streams& s = streams();
+    std::unique_lock lock(s.mutex);
+    const TP_MessageHandler handler = s.messageHandler;
+    void* const user = s.messageUser;
+    lock.unlock();
+    if (handler)
+        handler(playId, message, user);
+}
+
+void emitFishMessage(void* data, unsigned length)
+{
+    Streams& s = streams();
+    std::unique_lock lock(s.mutex);
+    const TP_FishMsgFun handler = s.fishHandler;
+    lock.unlock();
+    if (handler)
+        handler(0, 0, data, length);
+}
+
+bool drawFrame(int playId, void* drawContext)
+{
+    return runHook(playId, &Stream::draw, drawContext);
+}
+
+void emitAddition(int playId, TP_ADDITION_DATA_INFO* info)
+{
+    runHook(playId, &Stream::addition, info);
+}
+
+std::vector<int> livePlays()
+{
+    Streams& s = streams();
+    const std::lock_guard lock(s.mutex);
+    std::vector<int> ids;
+    for (const auto& stream : s.live)
+        ids.push_back(stream.first);
+    return ids;
+}
+
+} // namespace engine_double
