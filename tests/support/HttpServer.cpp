@@ -1,0 +1,391 @@
+#include "tests/support/HttpServer.h"
+
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+#include <openssl/x509v3.h>
+
+#include <algorithm>
+#include <cctype>
+#include <csignal>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+namespace http_test {
+
+namespace {
+
+constexpr const char* kNonce = "5ca1ab1e";
+constexpr const char* kRealm = "camera";
+constexpr long kDay = 24 * 3600;
+
+std::string pathOf(const std::string& target)
+{
+    return target.substr(0, target.find('?'));
+}
+
+std::string lowerCase(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
+    return text;
+}
+
+std::string md5(const std::string& text)
+{
+    unsigned char digest[EVP_MAX_MD_SIZE];
+    unsigned length = 0;
+    EVP_Digest(text.data(), text.size(), digest, &length, EVP_md5(), nullptr);
+    std::string hex;
+    for (unsigned i = 0; i < length; ++i)
+        for (const int nibble : {digest[i] >> 4, digest[i] & 15})
+            hex += "0123456789abcdef"[nibble];
+    return hex;
+}
+
+std::string base64(const std::string& text)
+{
+    std::string out(4 * ((text.size() + 2) / 3) + 1, '\0');
+    out.resize(static_cast<size_t>(EVP_EncodeBlock(reinterpret_cast<unsigned char*>(out.data()),
+                                                   reinterpret_cast<const unsigned char*>(text.data()),
+                                                   static_cast<int>(text.size()))));
+    return out;
+}
+
+// One field of an Authorization header, with or without quotes.
+std::string digestField(const std::string& header, const std::string& name)
+{
+    const size_t at = header.find(" " + name + "=");
+    if (at == std::string::npos)
+        return {};
+    size_t begin = at + name.size() + 2;
+    const bool isQuoted = header[begin] == '"';
+    begin += isQuoted ? 1 : 0;
+    return header.substr(begin, header.find_first_of(isQuoted ? "\"" : ", ", begin) - begin);
+}
+
+bool isDigestRight(const Request& request, const std::string& header, const std::string& user,
+                   const std::string& password)
+{
+    const std::string ha1 = md5(user + ":" + kRealm + ":" + password);
+    const std::string ha2 = md5(request.method + ":" + request.target);
+    const std::string middle = ":" + digestField(header, "nonce") + ":" + digestField(header, "nc") + ":" +
+                               digestField(header, "cnonce") + ":" + digestField(header, "qop") + ":";
+    return digestField(header, "username") == user && digestField(header, "nonce") == kNonce &&
+           digestField(header, "response") == md5(ha1 + middle + ha2);
+}
+
+// Self-signed for 127.0.0.1, and good for a day.
+std::shared_ptr<SSL_CTX> throwAwayContext(std::string& pem)
+{
+    std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_EC_gen("P-256"), EVP_PKEY_free);
+    std::unique_ptr<X509, decltype(&X509_free)> certificate(X509_new(), X509_free);
+    X509_set_version(certificate.get(), 2);
+    ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), 1);
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -kDay);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), kDay);
+    X509_set_pubkey(certificate.get(), key.get());
+    X509_NAME* name = X509_get_subject_name(certificate.get());
+    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, reinterpret_cast<const unsigned char*>("test"), -1, -1, 0);
+    X509_set_issuer_name(certificate.get(), name);
+    X509_EXTENSION* addresses = X509V3_EXT_conf_nid(nullptr, nullptr, NID_subject_alt_name, "IP:127.0.0.1");
+    X509_add_ext(certificate.get(), addresses, -1);
+    X509_EXTENSION_free(addresses);
+    X509_sign(certificate.get(), key.get(), EVP_sha256());
+
+    std::unique_ptr<BIO, decltype(&BIO_free)> memory(BIO_new(BIO_s_mem()), BIO_free);
+    PEM_write_bio_X509(memory.get(), certificate.get());
+    char* text = nullptr;
+    const long length = BIO_get_mem_data(memory.get(), &text);
+    pem.assign(text, static_cast<size_t>(length));
+
+    std::shared_ptr<SSL_CTX> context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free);
+    SSL_CTX_use_certificate(context.get(), certificate.get());
+    SSL_CTX_use_PrivateKey(context.get(), key.get());
+    return context;
+}
+
+} // namespace
+
+// One connection, plain or TLS.
+class HttpServer::Line
+{
+public:
+    Line(int socket, SSL_CTX* tls)
+        : socket_(socket)
+        , tls_(tls ? SSL_new(tls) : nullptr, SSL_free)
+    {
+        if (tls_)
+            SSL_set_fd(tls_.get(), socket);
+    }
+
+    bool open() { return !tls_ || SSL_accept(tls_.get()) == 1; }
+
+    bool write(std::string_view text)
+    {
+        while (!text.empty()) {
+            const auto length = static_cast<int>(std::min<size_t>(text.size(), 1 << 16));
+            const ssize_t sent = tls_ ? SSL_write(tls_.get(), text.data(), length)
+                                      : send(socket_, text.data(), static_cast<size_t>(length), MSG_NOSIGNAL);
+            if (sent <= 0)
+                return false;
+            text.remove_prefix(static_cast<size_t>(sent));
+        }
+        return true;
+    }
+
+    bool readLine(std::string& line)
+    {
+        size_t end = 0;
+        while ((end = buffer_.find("\r\n")) == std::string::npos)
+            if (!fill())
+                return false;
+        line = buffer_.substr(0, end);
+        buffer_.erase(0, end + 2);
+        return true;
+    }
+
+    // Hands on `length` bytes in the pieces that they come in.
+    bool read(size_t length, const BodyHandler& handler)
+    {
+        while (length > 0) {
+            if (buffer_.empty() && !fill())
+                return false;
+            const size_t taken = std::min(length, buffer_.size());
+            handler(std::string_view(buffer_).substr(0, taken));
+            buffer_.erase(0, taken);
+            length -= taken;
+        }
+        return true;
+    }
+
+    void end()
+    {
+        if (tls_)
+            SSL_shutdown(tls_.get());
+    }
+
+private:
+    bool fill()
+    {
+        char piece[16384];
+        const ssize_t got = tls_ ? SSL_read(tls_.get(), piece, sizeof piece) : recv(socket_, piece, sizeof piece, 0);
+        if (got <= 0)
+            return false;
+        buffer_.append(piece, static_cast<size_t>(got));
+        return true;
+    }
+
+    const int socket_;
+    std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
+    std::string buffer_;
+};
+
+HttpServer::HttpServer(Security security)
+    : security_(security)
+{
+    if (security == Security::Tls)
+        tls_ = throwAwayContext(certificate_);
+    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    if (bind(listener_, reinterpret_cast<sockaddr*>(&address), length) == 0 && listen(listener_, SOMAXCONN) == 0 &&
+        getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length) == 0)
+        port_ = ntohs(address.sin_port);
+    acceptor_ = std::thread([this] { acceptLines(); });
+}
+
+HttpServer::~HttpServer()
+{
+    {
+        const std::lock_guard lock(lock_);
+        isEnding_ = true;
+        for (const int socket : sockets_)
+            shutdown(socket, SHUT_RDWR);
+    }
+    shutdown(listener_, SHUT_RDWR);
+    acceptor_.join();
+    for (std::thread& thread : threads_)
+        thread.join();
+    close(listener_);
+}
+
+void HttpServer::on(const std::string& path, Handler handler)
+{
+    const std::lock_guard lock(lock_);
+    routes_[path].handler = std::move(handler);
+}
+
+void HttpServer::onBody(const std::string& path, BodyHandler handler)
+{
+    const std::lock_guard lock(lock_);
+    routes_[path].bodyHandler = std::move(handler);
+}
+
+void HttpServer::protect(const std::string& path, Login login, const std::string& user, const std::string& password)
+{
+    const std::lock_guard lock(lock_);
+    routes_[path].account = {login, user, password};
+}
+
+std::string HttpServer::url(const std::string& path) const
+{
+    return (security_ == Security::Tls ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_) + path;
+}
+
+std::vector<Request> HttpServer::requests(const std::string& path) const
+{
+    const std::lock_guard lock(lock_);
+    std::vector<Request> found;
+    std::copy_if(requests_.begin(), requests_.end(), std::back_inserter(found),
+                 [&](const Request& request) { return path.empty() || pathOf(request.target) == path; });
+    return found;
+}
+
+// TLS writes to a line that the other side has closed would end the process, so these threads take no SIGPIPE.
+void HttpServer::acceptLines()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    for (;;) {
+        const int socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        const std::lock_guard lock(lock_);
+        if (socket < 0 || isEnding_) {
+            if (socket >= 0)
+                close(socket);
+            return;
+        }
+        sockets_.push_back(socket);
+        threads_.emplace_back([this, socket] {
+            serve(socket);
+            const std::lock_guard closing(lock_);
+            sockets_.remove(socket);
+            close(socket);
+        });
+    }
+}
+
+HttpServer::Route HttpServer::routeOf(const std::string& path) const
+{
+    const std::lock_guard lock(lock_);
+    const auto found = routes_.find(path);
+    return found != routes_.end() ? found->second : Route{};
+}
+
+bool HttpServer::readBody(Line& line, Request& request, const BodyHandler& handler) const
+{
+    const BodyHandler take = [&](std::string_view piece) {
+        if (handler)
+            handler(piece);
+        else
+            request.body += piece;
+    };
+    if (request.headers["transfer-encoding"] != "chunked") {
+        const std::string& length = request.headers["content-length"];
+        return line.read(length.empty() ? 0 : std::stoul(length), take);
+    }
+    std::string size;
+    while (line.readLine(size)) {
+        const size_t length = std::stoul(size, nullptr, 16);
+        if (!line.read(length, take) || !line.readLine(size))
+            return false;
+        if (length == 0)
+            return true;
+    }
+    return false;
+}
+
+Response HttpServer::answer(const Request& request, const Route& route)
+{
+    const auto header = request.headers.find("authorization");
+    const std::string given = header != request.headers.end() ? header->second : "";
+    const Account& account = route.account;
+    if (account.login == Login::Basic && given != "Basic " + base64(account.user + ":" + account.password))
+        return {401, "Who are you?", {{"WWW-Authenticate", std::string("Basic realm=\"") + kRealm + "\""}}};
+    if (account.login == Login::Digest && !isDigestRight(request, given, account.user, account.password))
+        return {401,
+                "Who are you?",
+                {{"WWW-Authenticate",
+                  std::string("Digest realm=\"") + kRealm + "\", qop=\"auth\", nonce=\"" + kNonce + "\""}}};
+    return route.handler ? route.handler(request) : Response{404, "No such page here."};
+}
+
+namespace {
+
+std::string headOf(const Response& response)
+{
+    std::string head = "HTTP/1.1 " + std::to_string(response.status) + " Status\r\nConnection: close\r\n";
+    for (const auto& [name, value] : response.headers)
+        head += name + ": " + value + "\r\n";
+    if (!response.next)
+        head += "Content-Length: " + std::to_string(response.claimedLength.value_or(response.body.size())) + "\r\n";
+    return head + "\r\n";
+}
+
+// Gives the body piece by piece.
+std::function<std::string()> piecesOf(const Response& response)
+{
+    if (response.next)
+        return response.next;
+    return [&response, sent = size_t(0)]() mutable {
+        const size_t end = std::min(response.body.size(), response.cutAfter.value_or(response.body.size()));
+        const std::string piece = response.body.substr(sent, std::min(response.pieceSize, end - sent));
+        sent += piece.size();
+        return piece;
+    };
+}
+
+} // namespace
+
+void HttpServer::serve(int socket)
+{
+    Line line(socket, tls_.get());
+    std::string text;
+    if (!line.open() || !line.readLine(text))
+        return;
+    Request request;
+    const size_t gap = text.find(' ');
+    request.method = text.substr(0, gap);
+    request.target = text.substr(gap + 1, text.rfind(' ') - gap - 1);
+    while (line.readLine(text) && !text.empty())
+        request.headers[lowerCase(text.substr(0, text.find(':')))] =
+            text.substr(std::min(text.size(), text.find(": ") + 2));
+    const Route route = routeOf(pathOf(request.target));
+    if (request.headers.count("expect") != 0)
+        line.write("HTTP/1.1 100 Continue\r\n\r\n");
+    if (!readBody(line, request, route.bodyHandler))
+        return;
+    const Response response = answer(request, route);
+    {
+        const std::lock_guard lock(lock_);
+        requests_.push_back(request);
+    }
+    bool isOpen = line.write(headOf(response));
+    const auto next = piecesOf(response);
+    for (std::string piece = next(); isOpen && !piece.empty() && request.method != "HEAD"; piece = next()) {
+        std::this_thread::sleep_for(response.pause);
+        isOpen = line.write(piece);
+    }
+    if (!response.cutAfter)
+        line.end();
+}
+
+Response rangeOf(const Request& request, const std::string& content)
+{
+    const auto range = request.headers.find("range");
+    if (range == request.headers.end())
+        return {200, content, {{"Accept-Ranges", "bytes"}}};
+    const size_t begin = std::stoul(range->second.substr(range->second.find('=') + 1));
+    if (begin >= content.size())
+        return {416, "", {{"Content-Range", "bytes */" + std::to_string(content.size())}}};
+    return {206,
+            content.substr(begin),
+            {{"Content-Range", "bytes " + std::to_string(begin) + "-" + std::to_string(content.size() - 1) + "/" +
+                                   std::to_string(content.size())}}};
+}
+
+} // namespace http_test
