@@ -10,7 +10,8 @@ namespace tide {
 
 // The sound of one stream on its way to the mixer. The stream's decode thread pushes; closed voices drop what they get,
 // so a stream need not know whether it is heard.
-class Voice {
+class Voice
+{
 public:
     virtual ~Voice() = default;
 
@@ -30,7 +31,8 @@ public:
 
 // One thread that adds up the open voices and writes them to ALSA's default device. The device is opened with the first
 // open voice and closed with the last; where there is none, ALSA's null device is used. Any thread may call.
-class Mixer {
+class Mixer
+{
 public:
     Mixer();
     ~Mixer();

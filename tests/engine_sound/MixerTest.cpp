@@ -1,0 +1,300 @@
+#include "engine/sound/Mixer.h"
+#include "tests/support/AlsaFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+namespace tide {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kRate = 48000; // of the device, with two channels
+
+struct Sound
+{
+    AVSampleFormat format = AV_SAMPLE_FMT_S16;
+    int rate = 8000;
+    int channels = 1;
+};
+
+FramePtr makeFrame(Sound sound, Microseconds length, const std::function<double(double seconds)>& wave)
+{
+    FramePtr frame(av_frame_alloc());
+    frame->format = sound.format;
+    frame->sample_rate = sound.rate;
+    frame->nb_samples = static_cast<int>(length.count() * sound.rate / 1'000'000);
+    av_channel_layout_default(&frame->ch_layout, sound.channels);
+    av_frame_get_buffer(frame.get(), 0);
+    for (int channel = 0; channel < sound.channels; ++channel) {
+        for (int i = 0; i < frame->nb_samples; ++i) {
+            const double value = wave(static_cast<double>(i) / sound.rate);
+            if (sound.format == AV_SAMPLE_FMT_FLTP)
+                reinterpret_cast<float*>(frame->extended_data[channel])[i] = static_cast<float>(value);
+            else
+                reinterpret_cast<std::int16_t*>(frame->data[0])[i * sound.channels + channel] =
+                    static_cast<std::int16_t>(value * 32767);
+        }
+    }
+    return frame;
+}
+
+FramePtr level(double value, Microseconds length)
+{
+    return makeFrame({AV_SAMPLE_FMT_FLTP, kRate, 2}, length, [value](double) { return value; });
+}
+
+FramePtr rise(Microseconds length)
+{
+    return makeFrame({AV_SAMPLE_FMT_FLTP, kRate, 2}, length,
+                     [](double seconds) { return std::min(0.8, 40 * seconds); });
+}
+
+double tone(double seconds)
+{
+    return 0.5 * std::sin(2 * 3.14159265358979 * 1000 * seconds);
+}
+
+// The left channel, 1 being full scale.
+class Played
+{
+public:
+    explicit Played(const AlsaFiles& files)
+    {
+        const std::vector<std::int16_t> raw = files.played();
+        for (std::size_t i = 0; i + 1 < raw.size(); i += 2) {
+            samples.push_back(raw[i] / 32767.0);
+            isStereoEqual = isStereoEqual && raw[i] == raw[i + 1];
+        }
+    }
+
+    std::size_t onset(std::size_t from = 0) const
+    {
+        while (from < samples.size() && std::abs(samples[from]) < 0.01)
+            ++from;
+        return from;
+    }
+    double peak(std::size_t from, std::size_t count) const
+    {
+        double found = 0;
+        for (std::size_t i = from; i < std::min(samples.size(), from + count); ++i)
+            found = std::max(found, std::abs(samples[i]));
+        return found;
+    }
+    double steepest() const
+    {
+        double found = 0;
+        for (std::size_t i = 1; i < samples.size(); ++i)
+            found = std::max(found, std::abs(samples[i] - samples[i - 1]));
+        return found;
+    }
+    int risingCrossings(std::size_t from, std::size_t count) const
+    {
+        int found = 0;
+        for (std::size_t i = from + 1; i < std::min(samples.size(), from + count); ++i)
+            found += samples[i - 1] < 0 && samples[i] >= 0;
+        return found;
+    }
+
+    std::vector<double> samples;
+    bool isStereoEqual = true;
+};
+
+int soundThreads()
+{
+    int found = 0;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::string name;
+        std::getline(std::ifstream(task.path() / "comm"), name);
+        found += name == "tide-sound";
+    }
+    return found;
+}
+
+bool endsSoon(const std::function<bool()>& isSo)
+{
+    const TimePoint limit = Clock::now() + 5s;
+    while (!isSo() && Clock::now() < limit)
+        std::this_thread::sleep_for(5ms);
+    return isSo();
+}
+
+class AnySound : public ::testing::TestWithParam<Sound>
+{
+};
+
+TEST_P(AnySound, isHeardAtItsTimeAtItsPitchAndVolume)
+{
+    AlsaFiles files;
+    auto mixer = std::make_unique<Mixer>();
+    const auto voice = mixer->makeVoice();
+    const TimePoint start = Clock::now();
+    voice->setVolume(32768);
+    ASSERT_TRUE(mixer->open(voice));
+    const FramePtr frame = makeFrame(GetParam(), 100ms, tone);
+    voice->push(*frame, start + 200ms);
+    voice->push(*frame, start + 300ms);
+    voice->push(*frame, start + 550ms);
+    std::this_thread::sleep_until(start + 750ms);
+    mixer.reset();
+
+    const Played played(files);
+    const std::size_t first = played.onset();
+    const std::size_t second = played.onset(first + kRate / 4);
+    EXPECT_NEAR(static_cast<double>(first), 0.2 * kRate, 0.05 * kRate);
+    EXPECT_NEAR(static_cast<double>(second - first), 0.35 * kRate, 0.003 * kRate);
+    EXPECT_NEAR(played.risingCrossings(first, kRate / 5), 200, 3);
+    EXPECT_NEAR(played.peak(first, kRate / 5), 0.25, 0.01);
+    EXPECT_LT(played.peak(first + kRate / 5 + 200, kRate / 10), 0.001);
+    EXPECT_TRUE(played.isStereoEqual);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, AnySound,
+                         ::testing::Values(Sound{AV_SAMPLE_FMT_S16, 8000, 1}, Sound{AV_SAMPLE_FMT_FLTP, 44100, 2},
+                                           Sound{AV_SAMPLE_FMT_S16, 96000, 2}));
+
+TEST(Mixer, volumeChangesWithoutAClickAndIsKeptWhileClosed)
+{
+    AlsaFiles files;
+    auto mixer = std::make_unique<Mixer>();
+    const auto voice = mixer->makeVoice();
+    EXPECT_EQ(voice->volume(), 65535);
+    const FramePtr sound = rise(500ms);
+    mixer->open(voice);
+    const TimePoint start = Clock::now() + 100ms;
+    voice->push(*sound, start);
+    std::this_thread::sleep_until(start + 150ms);
+    voice->setVolume(0);
+    std::this_thread::sleep_until(start + 300ms);
+    voice->setVolume(16384);
+    std::this_thread::sleep_until(start + 400ms);
+    mixer->closeAll();
+    EXPECT_EQ(voice->volume(), 16384);
+    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
+
+    const Played played(files);
+    EXPECT_NEAR(played.peak(0, kRate / 5), 0.8, 0.01);
+    EXPECT_NEAR(played.samples.at(kRate * 7 / 20), 0, 0.001);
+    EXPECT_NEAR(played.peak(kRate * 7 / 20, kRate), 0.2, 0.01);
+    EXPECT_LT(played.steepest(), 0.002);
+}
+
+TEST(Mixer, onlyTheVoiceThatWasOpenedLastIsHeard)
+{
+    AlsaFiles files;
+    auto mixer = std::make_unique<Mixer>();
+    const auto first = mixer->makeVoice();
+    const auto second = mixer->makeVoice();
+    const TimePoint start = Clock::now() + 50ms;
+    const auto pushBoth = [&](TimePoint due) {
+        first->push(*level(0.2, 400ms), due);
+        second->push(*rise(400ms), due);
+    };
+    mixer->open(first);
+    pushBoth(start);
+    std::this_thread::sleep_until(start + 150ms);
+    mixer->open(second);
+    EXPECT_FALSE(first->isOpen());
+    pushBoth(start + 150ms);
+    std::this_thread::sleep_until(start + 300ms);
+    second->flush();
+    std::this_thread::sleep_until(start + 550ms);
+    mixer.reset();
+
+    const Played played(files);
+    EXPECT_NEAR(played.peak(0, kRate / 8), 0.2, 0.01);
+    EXPECT_NEAR(played.peak(0, played.samples.size()), 0.8, 0.01);
+    EXPECT_LT(played.peak(kRate / 2, kRate), 0.001);
+}
+
+TEST(Mixer, lateAndAbsurdlyTimedAndBrokenSoundIsDropped)
+{
+    AlsaFiles files;
+    auto mixer = std::make_unique<Mixer>();
+    const auto voice = mixer->makeVoice();
+    mixer->open(voice);
+    const TimePoint start = Clock::now();
+    voice->push(*level(0.9, 100ms), start - 1s);
+    voice->push(*level(0.9, 100ms), start + 1h);
+    voice->push(*level(0.9, 100ms), start + 5s);
+    FramePtr broken = level(0.9, 100ms);
+    broken->format = AV_SAMPLE_FMT_NB;
+    voice->push(*broken, start);
+    voice->push(*level(0.4, 100ms), start + 100ms); // the stream has jumped back
+    for (int i = 0; i < 2000; ++i)
+        voice->push(*level(0.4, 1ms), start + 200ms);
+    std::this_thread::sleep_until(start + 400ms);
+    mixer.reset();
+
+    const Played played(files);
+    EXPECT_NEAR(played.peak(0, kRate), 0.4, 0.01);
+}
+
+TEST(Mixer, hasAThreadOnlyWhileAVoiceIsOpen)
+{
+    AlsaFiles files;
+    Mixer mixer;
+    auto voice = mixer.makeVoice();
+    EXPECT_EQ(soundThreads(), 0);
+    mixer.open(voice);
+    EXPECT_TRUE(endsSoon([] { return soundThreads() == 1; }));
+    mixer.closeAll();
+    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
+    mixer.open(voice);
+    EXPECT_TRUE(endsSoon([] { return soundThreads() == 1; }));
+    voice.reset(); // a stream that goes takes its voice along
+    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
+}
+
+TEST(Mixer, aDeviceThatFailsIsReplacedUntilItIsBack)
+{
+    AlsaFiles files;
+    files.unplug();
+    auto mixer = std::make_unique<Mixer>();
+    const auto voice = mixer->makeVoice();
+    const TimePoint start = Clock::now();
+    EXPECT_TRUE(mixer->open(voice));
+    voice->push(*level(0.5, 5s), start);
+    std::this_thread::sleep_until(start + 300ms);
+    EXPECT_EQ(soundThreads(), 1);
+    files.putBack();
+    EXPECT_TRUE(endsSoon([&] { return !files.played().empty(); }));
+    mixer.reset();
+    EXPECT_NEAR(Played(files).peak(0, kRate), 0.5, 0.01);
+}
+
+TEST(Mixer, standsManyThreadsThatOpenAndCloseAndPush)
+{
+    AlsaFiles files;
+    Mixer mixer;
+    std::atomic<bool> isDone{false};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            while (!isDone) {
+                const auto voice = mixer.makeVoice();
+                mixer.open(voice);
+                voice->push(*level(0.1, 20ms), Clock::now());
+                voice->setVolume(1000);
+                voice->flush();
+                std::this_thread::sleep_for(3ms);
+                mixer.closeAll();
+            }
+        });
+    }
+    std::this_thread::sleep_for(500ms);
+    isDone = true;
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
+    EXPECT_FALSE(files.played().empty());
+}
+
+} // namespace
+} // namespace tide

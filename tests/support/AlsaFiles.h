@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+// ALSA's default device made of two files, in a folder of its own, as long as it lives: what is played can be read, and
+// the microphone says what was written for it. Samples are 16 bits, interleaved.
+class AlsaFiles
+{
+public:
+    AlsaFiles();
+    ~AlsaFiles();
+    AlsaFiles(const AlsaFiles&) = delete;
+    AlsaFiles& operator=(const AlsaFiles&) = delete;
+
+    // The device fails as one does that was unplugged, until it is put back.
+    void unplug() { writeConfig("/dev/full"); }
+    void putBack() { writeConfig(folder_ / "speaker"); }
+
+    void speak(const std::vector<std::int16_t>& samples);
+    std::vector<std::int16_t> played() const;
+
+private:
+    void writeConfig(const std::filesystem::path& speaker);
+
+    std::filesystem::path folder_;
+};
