@@ -12,15 +12,17 @@
 namespace tide {
 
 // A part of the picture in pixels of the picture; right and bottom are exclusive.
-struct Region {
+struct Region
+{
     std::int64_t left = 0, top = 0, right = 0, bottom = 0;
 };
 
-// Called on the render thread with the window's context current; the presenter saves and restores the GL state round it.
-// The argument is the opaque draw context that the hook receives.
+// Called on the render thread with the window's context current; the presenter saves and restores the GL state round
+// it. The argument is the opaque draw context that the hook receives.
 using DrawHook = std::function<void(void* drawContext)>;
 
-struct PresenterStats {
+struct PresenterStats
+{
     std::uint64_t shown = 0;   // swaps with a new picture
     std::uint64_t redrawn = 0; // swaps of a picture that was on show before
 };
@@ -30,7 +32,8 @@ struct PresenterStats {
 // A "view" is one window that shows one source. Several views may share a source: its picture is uploaded once.
 // All functions may be called from any thread; none of them calls back into the caller, and none waits for the network
 // or for a decoder.
-class Presenter {
+class Presenter
+{
 public:
     Presenter();
     ~Presenter();

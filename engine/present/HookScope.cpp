@@ -1,0 +1,63 @@
+#include "engine/present/HookScope.h"
+
+namespace tide {
+
+namespace {
+
+GLint stackDepth(GLenum which)
+{
+    GLint depth = 0;
+    glGetIntegerv(which, &depth);
+    return depth;
+}
+
+// Bounded: a lost context answers with errors for ever.
+void forgetErrors()
+{
+    for (int i = 0; i < 16 && glGetError() != GL_NO_ERROR; ++i) {
+    }
+}
+
+void loadIdentity(GLenum matrix)
+{
+    glMatrixMode(matrix);
+    glLoadIdentity();
+}
+
+void unbindObjects()
+{
+    glUseProgram(0);
+    glBindVertexArray(0);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+} // namespace
+
+HookScope::HookScope()
+    : depth_(stackDepth(GL_ATTRIB_STACK_DEPTH))
+    , clientDepth_(stackDepth(GL_CLIENT_ATTRIB_STACK_DEPTH))
+{
+    unbindObjects();
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushClientAttrib(static_cast<GLbitfield>(GL_CLIENT_ALL_ATTRIB_BITS));
+    loadIdentity(GL_PROJECTION);
+    loadIdentity(GL_MODELVIEW);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    forgetErrors();
+}
+
+HookScope::~HookScope()
+{
+    unbindObjects();
+    while (stackDepth(GL_CLIENT_ATTRIB_STACK_DEPTH) > clientDepth_)
+        glPopClientAttrib();
+    while (stackDepth(GL_ATTRIB_STACK_DEPTH) > depth_)
+        glPopAttrib();
+    forgetErrors();
+}
+
+} // namespace tide

@@ -1,0 +1,346 @@
+#include "engine/present/Stage.h"
+
+#include "engine/present/HookScope.h"
+
+#include <algorithm>
+#include <chrono>
+#include <tuple>
+#include <utility>
+
+namespace tide {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A picture stands when no new one came for this long; slow streams are not taken for standing ones.
+constexpr auto kStandsAfter = 300ms;
+// How often a standing picture is drawn, so that overlays over it are seen to change.
+constexpr auto kStillInterval = 100ms;
+// Of four parts of the thread's time, standing pictures get one at most.
+constexpr int kStillPause = 3;
+
+bool concerns(const View& view, Window window)
+{
+    return view.window == window ||
+           std::find(view.ancestors.begin(), view.ancestors.end(), window) != view.ancestors.end();
+}
+
+} // namespace
+
+std::unique_ptr<Stage> Stage::open()
+{
+    std::unique_ptr<XConnection> connection = XConnection::open();
+    return connection ? std::unique_ptr<Stage>(new Stage(std::move(connection))) : nullptr;
+}
+
+Stage::Stage(std::unique_ptr<XConnection> connection)
+    : connection_(std::move(connection))
+    , contexts_(*connection_)
+{
+}
+
+Stage::~Stage()
+{
+    while (!views_.empty())
+        remove(views_.back()->id);
+    contexts_.park(); // the shaders go with the members
+}
+
+bool Stage::add(int viewId, Window window, std::shared_ptr<PictureSource> source)
+{
+    XConnection::guardErrors();
+    if (find(viewId) != nullptr || !connection_->look(window))
+        return false;
+    auto view = std::make_shared<View>();
+    view->id = viewId;
+    view->window = window;
+    view->feed = feedOf(std::move(source));
+    connection_->watch(window);
+    // Read after the events were asked for: no change is missed.
+    const std::optional<WindowLook> look = connection_->look(window);
+    if (look)
+        view->surface = contexts_.surfaceFor(window, *look);
+    if (!view->surface) {
+        connection_->unwatch(window);
+        return false;
+    }
+    readAncestors(*view);
+    readLook(*view);
+    view->want(Clock::now());
+    views_.push_back(std::move(view));
+    return true;
+}
+
+void Stage::remove(int viewId)
+{
+    const auto found =
+        std::find_if(views_.begin(), views_.end(), [viewId](const auto& view) { return view->id == viewId; });
+    if (found == views_.end())
+        return;
+    lose(**found);
+    removed_.push_back(std::move(*found));
+    views_.erase(found);
+    bury();
+}
+
+bool Stage::setHook(int viewId, DrawHook hook)
+{
+    View* view = find(viewId);
+    if (view == nullptr)
+        return false;
+    view->hook = hook ? std::make_shared<const DrawHook>(std::move(hook)) : nullptr;
+    view->want(Clock::now());
+    return true;
+}
+
+bool Stage::setRegion(int viewId, std::optional<Region> region)
+{
+    View* view = find(viewId);
+    if (view == nullptr)
+        return false;
+    view->region = region;
+    view->want(Clock::now());
+    return true;
+}
+
+void Stage::windowChanged(Window window)
+{
+    for (const auto& view : views_) {
+        if (view->window == window)
+            readLook(*view);
+    }
+}
+
+PresenterStats Stage::stats(int viewId) const
+{
+    const View* view = find(viewId);
+    return view == nullptr ? PresenterStats{} : view->stats;
+}
+
+View* Stage::find(int viewId) const
+{
+    for (const auto& view : views_) {
+        if (view->id == viewId)
+            return view.get();
+    }
+    return nullptr;
+}
+
+std::shared_ptr<Feed> Stage::feedOf(std::shared_ptr<PictureSource> source) const
+{
+    for (const auto& view : views_) {
+        if (view->feed->source == source)
+            return view->feed;
+    }
+    auto feed = std::make_shared<Feed>();
+    feed->source = std::move(source);
+    return feed;
+}
+
+// Surfaces and textures must not be current when they go.
+void Stage::bury()
+{
+    if (insideHook_ || (removed_.empty() && lostSurfaces_.empty()))
+        return;
+    contexts_.park();
+    removed_.clear();
+    lostSurfaces_.clear();
+}
+
+void Stage::handleEvents()
+{
+    while (XPending(connection_->display()) > 0) {
+        XEvent event;
+        XNextEvent(connection_->display(), &event);
+        handle(event);
+    }
+}
+
+void Stage::handle(const XEvent& event)
+{
+    const Window window = event.xany.window;
+    for (const auto& view : views_) {
+        if (!view->surface || !concerns(*view, window))
+            continue;
+        const bool own = view->window == window;
+        switch (event.type) {
+        case ReparentNotify:
+            readAncestors(*view);
+            readLook(*view);
+            break;
+        case MapNotify:
+        case UnmapNotify:
+            readLook(*view);
+            break;
+        case DestroyNotify:
+            if (own)
+                lose(*view);
+            break;
+        case ConfigureNotify:
+            if (own)
+                resize(*view, event.xconfigure.width, event.xconfigure.height);
+            break;
+        case VisibilityNotify:
+            if (own)
+                view->obscured = event.xvisibility.state == VisibilityFullyObscured;
+            break;
+        case Expose:
+            if (own && event.xexpose.count == 0)
+                view->want(Clock::now());
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+void Stage::readLook(View& view)
+{
+    const std::optional<WindowLook> look = connection_->look(view.window);
+    if (!look)
+        return lose(view);
+    if (!std::exchange(view.viewable, look->viewable) && look->viewable)
+        view.want(Clock::now());
+    resize(view, look->width, look->height);
+}
+
+void Stage::readAncestors(View& view)
+{
+    const std::vector<Window> before = std::exchange(view.ancestors, connection_->ancestors(view.window));
+    for (const Window ancestor : view.ancestors)
+        connection_->watch(ancestor);
+    for (const Window ancestor : before)
+        connection_->unwatch(ancestor);
+}
+
+void Stage::resize(View& view, int width, int height)
+{
+    if (view.width == width && view.height == height)
+        return;
+    view.width = width;
+    view.height = height;
+    view.want(Clock::now());
+}
+
+// The window has died, or its view goes.
+void Stage::lose(View& view)
+{
+    if (!view.surface)
+        return;
+    connection_->unwatch(view.window);
+    for (const Window ancestor : std::exchange(view.ancestors, {}))
+        connection_->unwatch(ancestor);
+    lostSurfaces_.push_back(std::move(view.surface));
+    bury();
+}
+
+TimePoint Stage::work()
+{
+    const TimePoint next = takeDue(Clock::now());
+    if (const auto view = longestWaiting()) {
+        draw(*view);
+        return TimePoint::min();
+    }
+    const auto [still, due] = nextStill();
+    const TimePoint start = Clock::now();
+    if (!still || due > start)
+        return std::min(next, due);
+    draw(*still);
+    const TimePoint end = Clock::now();
+    stillNotBefore_ = end + kStillPause * (end - start);
+    return TimePoint::min();
+}
+
+// Every feed gives its due picture even when nobody sees it: the stream goes on. Answers when the next one is due.
+TimePoint Stage::takeDue(TimePoint now)
+{
+    TimePoint next = TimePoint::max();
+    for (const auto& view : views_) {
+        Feed& feed = *view->feed;
+        const TimePoint due = feed.source->nextDue();
+        if (due <= now)
+            take(feed, due, now);
+        else
+            next = std::min(next, due);
+    }
+    return next;
+}
+
+void Stage::take(Feed& feed, TimePoint due, TimePoint now)
+{
+    if (!feed.source->take(now))
+        return;
+    feed.lastTaken = now;
+    for (const auto& view : views_) {
+        if (view->feed.get() == &feed)
+            view->want(due);
+    }
+}
+
+std::shared_ptr<View> Stage::longestWaiting() const
+{
+    std::shared_ptr<View> first;
+    for (const auto& view : views_) {
+        if (view->wanted && view->canBeSeen() && (!first || view->wanted < first->wanted))
+            first = view;
+    }
+    return first;
+}
+
+// The view whose standing picture should be drawn again first, and when.
+std::pair<std::shared_ptr<View>, TimePoint> Stage::nextStill() const
+{
+    std::pair<std::shared_ptr<View>, TimePoint> first{nullptr, TimePoint::max()};
+    for (const auto& view : views_) {
+        if (!view->hook || !view->drawnSerial || !view->canBeSeen())
+            continue;
+        const TimePoint due =
+            std::max({view->lastDrawn + kStillInterval, view->feed->lastTaken + kStandsAfter, stillNotBefore_});
+        if (!first.first || std::tie(due, view->lastDrawn) < std::tie(first.second, first.first->lastDrawn))
+            first = {view, due};
+    }
+    return first;
+}
+
+void Stage::draw(View& view)
+{
+    view.wanted.reset();
+    view.lastDrawn = Clock::now();
+    const PicturePtr picture = view.feed->source->current();
+    if (!picture || !paint(view, *picture))
+        return;
+    runHook(view);
+    if (view.surface)
+        view.surface->swap();
+    const bool isNew = view.drawnSerial != picture->serial;
+    ++(isNew ? view.stats.shown : view.stats.redrawn);
+    view.drawnSerial = picture->serial;
+    bury();
+}
+
+bool Stage::paint(View& view, const Picture& picture)
+{
+    if (!view.surface->makeCurrent()) {
+        lose(view);
+        return false;
+    }
+    glViewport(0, 0, view.width, view.height);
+    if (!view.feed->texture.update(picture))
+        return false;
+    flat_.draw(view.feed->texture, view.region);
+    return true;
+}
+
+void Stage::runHook(View& view)
+{
+    const std::shared_ptr<const DrawHook> hook = view.hook; // the hook may take itself off
+    if (!hook)
+        return;
+    const HookScope scope;
+    insideHook_ = true;
+    (*hook)(view.surface->context());
+    insideHook_ = false;
+}
+
+} // namespace tide

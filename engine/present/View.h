@@ -1,0 +1,51 @@
+#pragma once
+
+#include "engine/present/FrameTexture.h"
+#include "engine/present/GlxContexts.h"
+#include "engine/present/Presenter.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace tide {
+
+// One stream as the presenter sees it: where its pictures come from and the planes that all its views draw.
+struct Feed
+{
+    std::shared_ptr<PictureSource> source;
+    FrameTexture texture;
+    TimePoint lastTaken; // when it last gave a new picture
+};
+
+// One window that shows a feed. Render thread only.
+struct View
+{
+    int id = 0;
+    Window window = kNoXid;
+    std::vector<Window> ancestors;
+    std::shared_ptr<Feed> feed;
+    std::unique_ptr<GlxSurface> surface; // null when the window has died
+    std::optional<Region> region;
+    std::shared_ptr<const DrawHook> hook;
+    PresenterStats stats;
+
+    int width = 0;
+    int height = 0;
+    bool viewable = false;
+    bool obscured = false;
+
+    std::optional<TimePoint> wanted; // since when it waits to be drawn
+    std::optional<std::uint64_t> drawnSerial;
+    TimePoint lastDrawn;
+
+    bool canBeSeen() const { return surface && viewable && !obscured && width > 0 && height > 0; }
+
+    void want(TimePoint since)
+    {
+        if (!wanted)
+            wanted = since;
+    }
+};
+
+} // namespace tide

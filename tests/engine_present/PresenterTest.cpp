@@ -1,0 +1,499 @@
+#include "tests/engine_present/FakeSource.h"
+#include "tests/engine_present/Screen.h"
+
+#include <GL/gl.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace tide {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Limited range 601.
+constexpr Colour kRed{255, 0, 0};
+constexpr Colour kBlue{0, 0, 255};
+constexpr Colour kGreen{0, 255, 0};
+const Fill redFill = solid(81, 90, 240);
+const Fill blueFill = solid(41, 240, 110);
+
+FramePtr red(int width = 64, int height = 48)
+{
+    return makeFrame(width, height, AV_PIX_FMT_YUV420P, redFill);
+}
+
+FramePtr blue(int width = 64, int height = 48)
+{
+    return makeFrame(width, height, AV_PIX_FMT_YUV420P, blueFill);
+}
+
+// Left half red, right half blue.
+FramePtr twoHalves(int width, int height)
+{
+    return makeFrame(width, height, AV_PIX_FMT_YUV420P, [width](int plane, int x, int y) {
+        return (x < (plane == 0 ? width / 2 : width / 4) ? redFill : blueFill)(plane, x, y);
+    });
+}
+
+void paintGreen(void*)
+{
+    glColor4f(0.0F, 1.0F, 0.0F, 1.0F);
+    glRectf(-1.0F, -1.0F, 1.0F, 1.0F);
+}
+
+class PresenterTest : public ::testing::Test
+{
+protected:
+    std::shared_ptr<FakeSource> show(int id, Window window, FramePtr frame)
+    {
+        auto source = std::make_shared<FakeSource>();
+        source->put(std::move(frame));
+        EXPECT_TRUE(presenter_.add(id, window, source));
+        return source;
+    }
+
+    void put(FakeSource& source, FramePtr frame)
+    {
+        source.put(std::move(frame));
+        presenter_.wake();
+    }
+
+    Screen screen_;
+    Presenter presenter_;
+};
+
+} // namespace
+
+TEST_F(PresenterTest, ShowsThePictureOverTheWholeWindow)
+{
+    const Window window = screen_.window(200, 150);
+    show(1, window, twoHalves(64, 48));
+    EXPECT_TRUE(screen_.shows(window, 2, 2, kRed));
+    EXPECT_TRUE(screen_.shows(window, 90, 147, kRed));
+    EXPECT_TRUE(screen_.shows(window, 110, 2, kBlue));
+    EXPECT_TRUE(screen_.shows(window, 198, 148, kBlue));
+    EXPECT_EQ(presenter_.stats(1).shown, 1U);
+}
+
+TEST_F(PresenterTest, RefusesWhatItCannotShow)
+{
+    auto source = std::make_shared<FakeSource>();
+    const Window window = screen_.window(40, 40);
+    EXPECT_FALSE(presenter_.add(1, 0, source));
+    EXPECT_FALSE(presenter_.add(1, 0x7fffffff, source));
+    EXPECT_FALSE(presenter_.add(1, window, nullptr));
+    EXPECT_TRUE(presenter_.add(1, window, source));
+    EXPECT_FALSE(presenter_.add(1, window, source)) << "the id is taken";
+    EXPECT_FALSE(presenter_.setRegion(2, std::nullopt));
+    EXPECT_FALSE(presenter_.setHook(2, {}));
+    presenter_.remove(2);
+
+    const std::string display = getenv("DISPLAY");
+    setenv("DISPLAY", ":4711", 1);
+    Presenter blind;
+    EXPECT_FALSE(blind.add(1, window, source));
+    setenv("DISPLAY", display.c_str(), 1);
+    EXPECT_TRUE(blind.add(1, window, source)) << "a display that came later is found";
+}
+
+TEST_F(PresenterTest, LeavesTheBackgroundAloneUntilTheFirstPicture)
+{
+    const Window window = screen_.window(60, 60);
+    auto source = std::make_shared<FakeSource>();
+    ASSERT_TRUE(presenter_.add(1, window, source));
+    presenter_.setHook(1, &paintGreen);
+    screen_.clear(window);
+    std::this_thread::sleep_for(200ms);
+    EXPECT_TRUE(isNear(screen_.at(window, 30, 30), Screen::kBackgroundColour));
+    presenter_.setHook(1, {});
+    put(*source, red());
+    EXPECT_TRUE(screen_.shows(window, 30, 30, kRed));
+}
+
+struct FormatCase
+{
+    AVPixelFormat format;
+    AVColorSpace space;
+    AVColorRange range;
+    int first, second, third;
+    Colour expected;
+};
+
+class PixelFormats : public PresenterTest, public ::testing::WithParamInterface<FormatCase>
+{
+};
+
+// Odd on purpose, with lines longer than the picture.
+TEST_P(PixelFormats, HaveTheirColoursInEveryCorner)
+{
+    const FormatCase& row = GetParam();
+    FramePtr frame = makeFrame(35, 27, row.format, solid(row.first, row.second, row.third));
+    frame->colorspace = row.space;
+    frame->color_range = row.range;
+    const Window window = screen_.window(70, 54);
+    show(1, window, std::move(frame));
+    for (const auto& [x, y] : {std::pair{0, 0}, {69, 0}, {0, 53}, {69, 53}, {35, 27}}) {
+        EXPECT_TRUE(screen_.shows(window, x, y, row.expected));
+    }
+}
+
+constexpr auto k601 = AVCOL_SPC_SMPTE170M;
+constexpr auto k709 = AVCOL_SPC_BT709;
+constexpr auto kLimited = AVCOL_RANGE_MPEG;
+constexpr auto kFull = AVCOL_RANGE_JPEG;
+constexpr auto kUnsaid = AVCOL_RANGE_UNSPECIFIED;
+
+INSTANTIATE_TEST_SUITE_P(
+    Every, PixelFormats,
+    ::testing::Values(FormatCase{AV_PIX_FMT_YUV420P, AVCOL_SPC_UNSPECIFIED, kUnsaid, 81, 90, 240, kRed},
+                      FormatCase{AV_PIX_FMT_YUV420P, k709, kLimited, 63, 102, 240, kRed},
+                      FormatCase{AV_PIX_FMT_YUV420P, AVCOL_SPC_BT2020_NCL, kLimited, 74, 97, 240, kRed},
+                      FormatCase{AV_PIX_FMT_YUV420P, k601, kFull, 76, 85, 255, kRed},
+                      FormatCase{AV_PIX_FMT_YUVJ420P, k601, kUnsaid, 29, 255, 107, kBlue},
+                      FormatCase{AV_PIX_FMT_YUV422P, k601, kLimited, 145, 54, 34, kGreen},
+                      FormatCase{AV_PIX_FMT_YUV444P, k601, kLimited, 41, 240, 110, kBlue},
+                      FormatCase{AV_PIX_FMT_YUV411P, k601, kLimited, 145, 54, 34, kGreen},
+                      FormatCase{AV_PIX_FMT_NV12, k601, kLimited, 41, 240, 110, kBlue},
+                      FormatCase{AV_PIX_FMT_NV12, k709, kFull, 54, 99, 255, kRed},
+                      FormatCase{AV_PIX_FMT_YUV420P10LE, k709, kLimited, 63, 102, 240, kRed},
+                      FormatCase{AV_PIX_FMT_YUV444P10LE, k601, kFull, 76, 85, 255, kRed},
+                      FormatCase{AV_PIX_FMT_YUYV422, k601, kLimited, 145, 54, 34, kGreen},
+                      FormatCase{AV_PIX_FMT_RGB24, AVCOL_SPC_RGB, kFull, 200, 100, 50, Colour{200, 100, 50}},
+                      FormatCase{AV_PIX_FMT_GBRP, AVCOL_SPC_RGB, kFull, 10, 250, 120, Colour{10, 250, 120}},
+                      FormatCase{AV_PIX_FMT_GRAY8, k601, kFull, 90, 0, 0, Colour{90, 90, 90}}));
+
+TEST_F(PresenterTest, FollowsThePictureSizeAndUnusualLines)
+{
+    const Window window = screen_.window(80, 60);
+    auto source = show(1, window, red(64, 48));
+    ASSERT_TRUE(screen_.shows(window, 79, 59, kRed));
+    put(*source, twoHalves(320, 24));
+    ASSERT_TRUE(screen_.shows(window, 79, 59, kBlue));
+    EXPECT_TRUE(screen_.shows(window, 2, 2, kRed));
+
+    FramePtr upsideDown = makeFrame(32, 32, AV_PIX_FMT_YUV420P, [](int plane, int, int y) {
+        return (y < (plane == 0 ? 16 : 8) ? redFill : blueFill)(plane, 0, 0);
+    });
+    for (int plane = 0; plane < 3; ++plane) {
+        upsideDown->data[plane] += upsideDown->linesize[plane] * ((plane == 0 ? 32 : 16) - 1);
+        upsideDown->linesize[plane] *= -1;
+    }
+    put(*source, std::move(upsideDown));
+    EXPECT_TRUE(screen_.shows(window, 79, 2, kBlue));
+    EXPECT_TRUE(screen_.shows(window, 2, 57, kRed));
+
+    put(*source, FramePtr(av_frame_alloc()));
+    put(*source, red(1, 1));
+    EXPECT_TRUE(screen_.shows(window, 79, 2, kRed)) << "a picture without a size is passed over";
+}
+
+TEST_F(PresenterTest, ARegionTakesEffectOnAStandingPicture)
+{
+    const Window window = screen_.window(100, 60);
+    show(1, window, twoHalves(64, 48));
+    ASSERT_TRUE(screen_.shows(window, 90, 30, kBlue));
+    EXPECT_TRUE(presenter_.setRegion(1, Region{4, 4, 28, 40}));
+    EXPECT_TRUE(screen_.shows(window, 97, 57, kRed));
+    EXPECT_TRUE(presenter_.setRegion(1, Region{48, -100, 1000, 100}));
+    EXPECT_TRUE(screen_.shows(window, 2, 2, kBlue)) << "clipped to the picture";
+    EXPECT_TRUE(presenter_.setRegion(1, Region{1000, 0, 2000, 10}));
+    EXPECT_TRUE(screen_.shows(window, 2, 2, kRed)) << "outside of the picture: the whole";
+    EXPECT_TRUE(presenter_.setRegion(1, Region{48, 0, 64, 48}));
+    ASSERT_TRUE(screen_.shows(window, 2, 2, kBlue));
+    EXPECT_TRUE(presenter_.setRegion(1, std::nullopt));
+    EXPECT_TRUE(screen_.shows(window, 2, 2, kRed));
+}
+
+TEST_F(PresenterTest, OneSourceFillsSeveralWindowsEachWithItsRegion)
+{
+    const Window first = screen_.window(50, 50);
+    const Window second = screen_.window(70, 30, 0, 100, 0);
+    auto source = show(1, first, twoHalves(64, 48));
+    ASSERT_TRUE(screen_.shows(first, 48, 25, kBlue));
+    EXPECT_TRUE(presenter_.add(2, second, source)) << "shows the picture that stands";
+    EXPECT_TRUE(screen_.shows(second, 68, 15, kBlue));
+    presenter_.setRegion(2, Region{0, 0, 20, 20});
+    EXPECT_TRUE(screen_.shows(second, 68, 15, kRed));
+    EXPECT_TRUE(isNear(screen_.at(first, 48, 25), kBlue));
+    presenter_.remove(1);
+    put(*source, blue());
+    EXPECT_TRUE(screen_.shows(second, 2, 15, kBlue));
+    EXPECT_EQ(source->taken(), 2);
+}
+
+TEST_F(PresenterTest, TheHookDrawsOverThePictureInCleanState)
+{
+    const Window window = screen_.window(60, 60);
+    auto source = show(1, window, red());
+    std::atomic<int> surprises{0};
+    presenter_.setHook(1, [&](void* context) {
+        GLint viewport[4] = {};
+        glGetIntegerv(GL_VIEWPORT, viewport);
+        GLfloat modelview[16] = {};
+        glGetFloatv(GL_MODELVIEW_MATRIX, modelview);
+        surprises += context == nullptr || viewport[2] != 60 || viewport[3] != 60 ||
+                     glIsEnabled(GL_BLEND) == GL_FALSE || modelview[0] != 1.0F || modelview[12] != 0.0F ||
+                     glGetError() != GL_NO_ERROR;
+        glColor4f(0.0F, 1.0F, 0.0F, 1.0F);
+        glRectf(-1.0F, 0.0F, 0.0F, 1.0F); // the upper left quarter
+        glColor4f(0.0F, 1.0F, 0.0F, 0.5F);
+        glRectf(0.0F, 0.0F, 1.0F, 1.0F);
+
+        // Leaves everything as it should not.
+        glTranslatef(0.5F, 0.5F, 0.0F);
+        glViewport(1, 2, 3, 4);
+        glPushAttrib(GL_ENABLE_BIT);
+        glEnable(GL_SCISSOR_TEST);
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+        glPixelStorei(GL_UNPACK_ROW_LENGTH, 3);
+        glDisable(GL_BLEND);
+        glEnable(static_cast<GLenum>(0xdead));
+    });
+    ASSERT_TRUE(screen_.shows(window, 10, 10, kGreen));
+    EXPECT_TRUE(screen_.shows(window, 50, 10, Colour{128, 128, 0}));
+    EXPECT_TRUE(screen_.shows(window, 10, 50, kRed));
+    put(*source, blue());
+    EXPECT_TRUE(screen_.shows(window, 10, 50, kBlue));
+    EXPECT_TRUE(screen_.shows(window, 50, 50, kBlue));
+    EXPECT_TRUE(screen_.shows(window, 10, 10, kGreen));
+    EXPECT_EQ(surprises, 0);
+}
+
+TEST_F(PresenterTest, AStandingPictureIsDrawnAboutTenTimesASecondForItsHook)
+{
+    const Window window = screen_.window(60, 60);
+    auto source = show(1, window, red());
+    ASSERT_TRUE(screen_.shows(window, 30, 30, kRed));
+    std::atomic<bool> green{false};
+    std::atomic<int> calls{0};
+    presenter_.setHook(1, [&](void*) {
+        ++calls;
+        if (green)
+            paintGreen(nullptr);
+    });
+    green = true;
+    EXPECT_TRUE(screen_.shows(window, 30, 30, kGreen));
+    calls = 0;
+    std::this_thread::sleep_for(1s);
+    EXPECT_GE(calls, 5);
+    EXPECT_LE(calls, 12);
+    presenter_.setHook(1, {});
+    EXPECT_TRUE(screen_.shows(window, 30, 30, kRed)) << "what the hook drew has gone";
+}
+
+TEST_F(PresenterTest, NoHookRunsAfterRemoveOrReplacement)
+{
+    const Window window = screen_.window(60, 60);
+    for (int round = 0; round < 20; ++round) {
+        auto source = show(1, window, red());
+        std::atomic<bool> gone{false};
+        std::atomic<int> calls{0};
+        std::atomic<int> late{0};
+        const auto hook = [&](void*) {
+            ++calls;
+            std::this_thread::sleep_for(3ms);
+            late += gone ? 1 : 0;
+        };
+        presenter_.setHook(1, hook);
+        ASSERT_TRUE(eventually([&] {
+            put(*source, blue());
+            return calls > 1;
+        }));
+        if (round % 2 == 0)
+            presenter_.remove(1);
+        else
+            presenter_.setHook(1, [](void*) {});
+        gone = true;
+        put(*source, red());
+        std::this_thread::sleep_for(5ms);
+        presenter_.remove(1);
+        EXPECT_EQ(late, 0);
+        EXPECT_EQ(source.use_count(), 1) << "the presenter has let go of the source";
+    }
+}
+
+TEST_F(PresenterTest, AHookMayCallThePresenter)
+{
+    const Window window = screen_.window(60, 60);
+    const Window other = screen_.window(60, 60, 0, 100, 0);
+    auto source = show(1, window, red());
+    std::atomic<int> calls{0};
+    presenter_.setHook(1, [&](void*) {
+        if (calls++ > 0)
+            return;
+        presenter_.add(2, other, source);
+        presenter_.setRegion(1, Region{0, 0, 8, 8});
+        presenter_.setHook(1, [&](void*) {
+            ++calls;
+            presenter_.windowChanged(other);
+            presenter_.remove(2);
+            presenter_.remove(1);
+        });
+    });
+    ASSERT_TRUE(eventually([&] { return calls == 2; }));
+    put(*source, blue());
+    EXPECT_TRUE(eventually([&] { return source.use_count() == 1; }));
+    EXPECT_EQ(calls, 2);
+    EXPECT_TRUE(presenter_.add(1, window, source)) << "and everything goes on";
+}
+
+TEST_F(PresenterTest, WindowsMayDieAtAnyTime)
+{
+    const Window parent = screen_.window(300, 300);
+    const Window survivor = screen_.window(50, 50, 0, 400, 0);
+    auto watched = show(1, survivor, red());
+    for (int round = 0; round < 15; ++round) {
+        const Window window = screen_.window(60, 60, parent, 5, 5);
+        auto source = show(2, window, red());
+        presenter_.setHook(2, [&](void*) {
+            if (round % 3 == 0)
+                screen_.destroy(window);
+        });
+        put(*source, blue());
+        std::this_thread::sleep_for(std::chrono::milliseconds(round));
+        if (round % 3 == 1)
+            screen_.destroy(window);
+        put(*source, red());
+        presenter_.windowChanged(window);
+        EXPECT_TRUE(eventually([&] { return source->taken() + source->dropped() == 3; })) << "the stream goes on";
+        presenter_.remove(2);
+    }
+    put(*watched, blue());
+    EXPECT_TRUE(screen_.shows(survivor, 20, 20, kBlue));
+}
+
+TEST_F(PresenterTest, ErrorsOfOtherConnectionsGoToTheirHandler)
+{
+    static std::atomic<int> errors{0};
+    const Window window = screen_.window(20, 20);
+    auto source = show(1, window, red());
+    const XErrorHandler engines = XSetErrorHandler(nullptr);
+    XSetErrorHandler([](Display*, XErrorEvent*) {
+        ++errors;
+        return 0;
+    });
+    EXPECT_NE(engines, nullptr);
+    const Window another = screen_.window(20, 20);
+    EXPECT_TRUE(presenter_.add(2, another, source)) << "which puts the guard back over the host's handler";
+    screen_.destroy(another);
+    screen_.destroy(window);
+    EXPECT_EQ(errors, 0);
+    screen_.destroy(window);
+    EXPECT_EQ(errors, 1);
+}
+
+TEST_F(PresenterTest, ExposeSizeAndMappingBringThePictureBack)
+{
+    const Window parent = screen_.window(200, 200);
+    const Window window = screen_.window(80, 80, parent);
+    show(1, window, twoHalves(64, 48));
+    ASSERT_TRUE(screen_.shows(window, 70, 40, kBlue));
+    screen_.clear(window);
+    EXPECT_TRUE(screen_.shows(window, 70, 40, kBlue));
+
+    screen_.resize(window, 160, 120);
+    EXPECT_TRUE(screen_.shows(window, 60, 100, kRed));
+    EXPECT_TRUE(screen_.shows(window, 150, 100, kBlue));
+    presenter_.windowChanged(window);
+
+    screen_.unmap(parent);
+    screen_.map(parent);
+    EXPECT_TRUE(screen_.shows(window, 150, 100, kBlue));
+    const Window cover = screen_.window(300, 300);
+    screen_.unmap(cover);
+    EXPECT_TRUE(screen_.shows(window, 150, 100, kBlue));
+}
+
+TEST_F(PresenterTest, WhatNobodySeesIsTakenButNotDrawn)
+{
+    const Window parent = screen_.window(200, 200);
+    const Window window = screen_.window(80, 80, parent);
+    auto source = show(1, window, red());
+    ASSERT_TRUE(screen_.shows(window, 40, 40, kRed));
+    const auto playUnseen = [&] {
+        std::this_thread::sleep_for(50ms);
+        const std::uint64_t before = presenter_.stats(1).shown;
+        const int taken = source->taken();
+        for (int i = 0; i < 5; ++i) {
+            put(*source, i == 4 ? blue() : red());
+            std::this_thread::sleep_for(10ms);
+        }
+        EXPECT_TRUE(eventually([&] { return source->taken() + source->dropped() == taken + 5; }));
+        EXPECT_EQ(presenter_.stats(1).shown, before);
+    };
+    screen_.unmap(parent);
+    playUnseen();
+    screen_.map(parent);
+    EXPECT_TRUE(screen_.shows(window, 40, 40, kBlue)) << "the newest picture, not the one that was seen last";
+    const Window cover = screen_.window(300, 300);
+    playUnseen();
+    screen_.unmap(cover);
+    EXPECT_TRUE(screen_.shows(window, 40, 40, kBlue));
+}
+
+TEST_F(PresenterTest, PicturesComeAtTheirTimeAndLateOnesAreDropped)
+{
+    const Window window = screen_.window(40, 40);
+    auto source = std::make_shared<FakeSource>();
+    ASSERT_TRUE(presenter_.add(1, window, source));
+    const TimePoint start = Clock::now();
+    source->put(red(), start - 50ms);
+    source->put(red(), start - 20ms);
+    source->put(blue(), start - 1ms);
+    source->put(red(), start + 400ms);
+    presenter_.wake();
+    EXPECT_TRUE(screen_.shows(window, 20, 20, kBlue));
+    EXPECT_EQ(source->dropped(), 2);
+    EXPECT_TRUE(screen_.shows(window, 20, 20, kRed));
+    EXPECT_GE(Clock::now() - start, 395ms);
+    EXPECT_LE(Clock::now() - start, 900ms);
+    EXPECT_EQ(presenter_.stats(1).shown, 2U);
+}
+
+namespace {
+
+long countIn(const char* folder)
+{
+    const std::filesystem::directory_iterator entries(folder);
+    return std::distance(begin(entries), end(entries));
+}
+
+long residentPages()
+{
+    long size = 0;
+    long resident = 0;
+    std::ifstream("/proc/self/statm") >> size >> resident;
+    return resident;
+}
+
+} // namespace
+
+TEST_F(PresenterTest, ManyStartsAndStopsLeakNothing)
+{
+    const Window parent = screen_.window(400, 400);
+    const auto cycle = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            const Window window = screen_.window(300, 300, parent);
+            auto source = show(1, window, red(352, 288));
+            presenter_.setHook(1, &paintGreen);
+            ASSERT_TRUE(eventually([&] { return presenter_.stats(1).shown == 1; }));
+            if (i % 2 == 0)
+                screen_.destroy(window);
+            presenter_.remove(1);
+            if (i % 2 == 1)
+                screen_.destroy(window);
+        }
+    };
+    cycle(20);
+    const long descriptors = countIn("/proc/self/fd");
+    const long threads = countIn("/proc/self/task");
+    const long pages = residentPages();
+    cycle(150);
+    EXPECT_EQ(countIn("/proc/self/fd"), descriptors);
+    EXPECT_EQ(countIn("/proc/self/task"), threads);
+    EXPECT_LT(residentPages() - pages, 4 * 256) << "a window's back buffer and planes are half a megabyte";
+}
+
+} // namespace tide

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "engine/present/Presenter.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#undef None
+#undef Bool
+#undef Status
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <mutex>
+#include <thread>
+
+namespace tide {
+
+template <typename Condition>
+bool eventually(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(5))
+{
+    const TimePoint end = Clock::now() + limit;
+    while (!condition()) {
+        if (Clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+struct Colour
+{
+    int red = 0, green = 0, blue = 0;
+};
+
+inline bool isNear(const Colour& a, const Colour& b, int tolerance = 4)
+{
+    return std::abs(a.red - b.red) <= tolerance && std::abs(a.green - b.green) <= tolerance &&
+           std::abs(a.blue - b.blue) <= tolerance;
+}
+
+// A client of the X server beside the presenter's: owns windows and looks at what is on the screen.
+class Screen
+{
+public:
+    Screen()
+        : display_(XOpenDisplay(nullptr))
+    {
+        XSetErrorHandler(&Screen::ignore);
+    }
+    ~Screen() { XCloseDisplay(display_); }
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    Window window(int width, int height, Window parent = 0, int x = 0, int y = 0)
+    {
+        if (parent == 0)
+            parent = DefaultRootWindow(display_);
+        XSetWindowAttributes attributes{};
+        attributes.background_pixel = kBackground;
+        attributes.override_redirect = True;
+        const Window made =
+            XCreateWindow(display_, parent, x, y, static_cast<unsigned>(width), static_cast<unsigned>(height), 0,
+                          CopyFromParent, InputOutput, nullptr, CWBackPixel | CWOverrideRedirect, &attributes);
+        map(made);
+        return made;
+    }
+
+    void map(Window window) { XMapRaised(display_, window), XSync(display_, False); }
+    void unmap(Window window) { XUnmapWindow(display_, window), XSync(display_, False); }
+    void destroy(Window window) { XDestroyWindow(display_, window), XSync(display_, False); }
+    void clear(Window window) { XClearArea(display_, window, 0, 0, 0, 0, True), XSync(display_, False); }
+    void resize(Window window, int width, int height)
+    {
+        XResizeWindow(display_, window, static_cast<unsigned>(width), static_cast<unsigned>(height));
+        XSync(display_, False);
+    }
+
+    // A place outside the window reads as white.
+    Colour at(Window window, int x, int y)
+    {
+        XImage* image = XGetImage(display_, window, x, y, 1, 1, AllPlanes, ZPixmap);
+        if (image == nullptr)
+            return {255, 255, 255};
+        const unsigned long pixel = XGetPixel(image, 0, 0);
+        XDestroyImage(image);
+        return {static_cast<int>(pixel >> 16 & 255), static_cast<int>(pixel >> 8 & 255), static_cast<int>(pixel & 255)};
+    }
+
+    bool shows(Window window, int x, int y, Colour expected)
+    {
+        return eventually([&] { return isNear(at(window, x, y), expected); });
+    }
+
+    static constexpr unsigned long kBackground = 0x204060;
+    static constexpr Colour kBackgroundColour{0x20, 0x40, 0x60};
+
+private:
+    static int ignore(Display*, XErrorEvent*) { return 0; }
+    Display* const display_;
+};
+
+} // namespace tide
