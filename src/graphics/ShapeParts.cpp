@@ -89,6 +89,12 @@ void dragVertex(QPointF& vertex, const QPointF& to)
         vertex = to;
 }
 
+void dragVertexOf(std::vector<QPointF>& points, int index, const QPointF& to)
+{
+    if (index >= 0 && static_cast<size_t>(index) < points.size())
+        dragVertex(points[static_cast<size_t>(index)], to);
+}
+
 void dragAll(QPointF* points, size_t count, const QPointF& delta)
 {
     if (std::all_of(points, points + count, [&](const QPointF& point) { return insideWindow(point + delta); }))

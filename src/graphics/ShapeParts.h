@@ -24,12 +24,15 @@ void writeId(QJsonObject& object, int id); // -1 is not written
 // Drags. Each applies whole or not at all: nothing leaves the window.
 
 void dragVertex(QPointF& vertex, const QPointF& to);
+void dragVertexOf(std::vector<QPointF>& points, int index, const QPointF& to); // no such vertex: nothing
 void dragAll(QPointF* points, size_t count, const QPointF& delta);
 
 int vertexAt(const std::vector<QPointF>& points, const QPointF& position, const QSize& size); // -1: none
 int rankByEdge(double distance); // of a press inside an area, by its distance to the nearest edge
 
 // Marks.
+
+constexpr size_t kShownVertices = 20; // of a polygon or a chain, with the edges between them
 
 void renderArrow(const DrawColor& color, const QLineF& line, const QSize& size); // a head at the line's second point
 // An arrow out of the middle of a segment, to the one side (direction 1) or the other (2); none for other values.

@@ -18,7 +18,7 @@ struct ShapeRow
                      const GraphicsBase& other); // only one of both fits in a view; null: any
 };
 
-extern const std::array<ShapeRow, 1> kShapes;
+extern const std::array<ShapeRow, 7> kShapes;
 
 const ShapeRow& shapeRow(GraphicsBase::GraphicsType type); // a type that a view can hold
 
