@@ -1,0 +1,8 @@
+#include "src/interface/Export.h"
+
+LUMEN_UNAVAILABLE_D(LD_OpenFileBrowser)
+LUMEN_UNAVAILABLE_D(LD_OpenDirectory)
+LUMEN_UNAVAILABLE_D(LD_SetSecretKey)
+LUMEN_UNAVAILABLE_D(LD_SetOriginalString)
+LUMEN_UNAVAILABLE_D(LD_GetEncryptString)
+LUMEN_UNAVAILABLE_D(LD_GetDecryptString)

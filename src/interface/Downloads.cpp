@@ -1,0 +1,11 @@
+#include "src/interface/Export.h"
+
+LUMEN_UNAVAILABLE_D(LD_StartUpgrade)
+LUMEN_UNAVAILABLE_D(LD_StopUpgrade)
+LUMEN_UNAVAILABLE_D(LD_UpgradeStatus)
+LUMEN_UNAVAILABLE_D(LD_UpgradeProgress)
+LUMEN_UNAVAILABLE_D(LD_StartDownload)
+LUMEN_UNAVAILABLE_D(LD_StopDownload)
+LUMEN_UNAVAILABLE_D(LD_GetDownloadProgress)
+LUMEN_UNAVAILABLE_D(LD_GetDownloadStatus)
+LUMEN_UNAVAILABLE_D(LD_GetDownloadInfo)

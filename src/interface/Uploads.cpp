@@ -1,0 +1,11 @@
+#include "src/interface/Export.h"
+
+LUMEN_UNAVAILABLE_D(LD_StartAsynUpload)
+LUMEN_UNAVAILABLE_D(LD_StopAsynUpload)
+LUMEN_UNAVAILABLE_D(LD_ImportDeviceConfig)
+LUMEN_UNAVAILABLE_D(LD_ExportDeviceConfig)
+LUMEN_UNAVAILABLE_D(LD_ExportDeviceLog)
+LUMEN_UNAVAILABLE_D(LD_UploadFile)
+LUMEN_UNAVAILABLE_D(LD_Download)
+LUMEN_UNAVAILABLE_D(LD_GetUploadErrorInfo)
+LUMEN_UNAVAILABLE_D(LD_GetIpcImportErrorInfo)
