@@ -41,8 +41,11 @@ public:
     int displayBuffer() const { return displayBuffer_; }
 
 private:
-    Engine() = default;
+    Engine();
 
+    bool enter(const std::shared_ptr<Stream>& stream);
+    std::vector<std::shared_ptr<Stream>> takeFinished();
+    void stopAtExit();
     void stopAll();
     void retire(std::shared_ptr<Stream> stream);
 

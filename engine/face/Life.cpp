@@ -1,12 +1,13 @@
+#include "engine/core/Engine.h"
 #include "engine/core/Failure.h"
 #include "include/tide_pipe/tide_pipe.h"
 
-using tide::fail;
-using tide::Failure;
+using tide::Engine;
 
 int TP_InitLib(const char*)
 {
-    return fail(Failure::NotSupported);
+    Engine::instance();
+    return 0;
 }
 
 unsigned TP_GetLastError()
@@ -14,12 +15,14 @@ unsigned TP_GetLastError()
     return static_cast<unsigned>(tide::lastFailure());
 }
 
-int TP_SetMessageHandler(TP_MessageHandler, void*)
+int TP_SetMessageHandler(TP_MessageHandler handler, void* user)
 {
-    return fail(Failure::NotSupported);
+    Engine::instance().notifier().setHandler(handler, user);
+    return 0;
 }
 
-int TP_WndResolutionChange(TP_WId)
+int TP_WndResolutionChange(TP_WId window)
 {
-    return fail(Failure::NotSupported);
+    Engine::instance().presenter().windowChanged(window);
+    return 0;
 }

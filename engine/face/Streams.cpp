@@ -1,96 +1,199 @@
+#include "engine/core/Engine.h"
 #include "engine/core/Failure.h"
 #include "include/tide_pipe/tide_pipe.h"
 
+#include <algorithm>
+#include <string>
+
+using tide::Engine;
 using tide::fail;
 using tide::Failure;
+using tide::Stream;
 
-int TP_SetDisplayBuf(int)
+namespace {
+
+constexpr int kMaxBufferFrames = 50;
+constexpr int kCaptureFlag = -1; // the part of an overlay that says whether snapshots show it
+
+std::string textOf(const char* text)
 {
-    return fail(Failure::NotSupported);
+    return text ? text : "";
 }
 
-int TP_Play(const char*, const char*, int, TP_WId, const char*, const char*, int, const void*, const void*, int)
+int answer(Failure failure)
 {
-    return fail(Failure::NotSupported);
+    return failure == Failure::None ? 0 : fail(failure);
 }
 
-int TP_ReversePlay(const char*, const char*, int, TP_WId, const char*, const char*)
+template <typename Command> int withStream(int playId, Command command)
 {
-    return fail(Failure::NotSupported);
+    const auto stream = Engine::instance().findStream(playId);
+    return stream ? answer(command(*stream)) : fail(Failure::NoSuchId);
 }
 
-int TP_Stop(int)
+int play(tide::StreamOptions options)
 {
-    return fail(Failure::NotSupported);
+    int playId = -1;
+    const Failure failure = Engine::instance().play(std::move(options), playId);
+    return failure == Failure::None ? playId : fail(failure);
 }
 
-int TP_Pause(int)
+bool isInside(const _TP_REGION& region, const tide::PictureSize& size)
 {
-    return fail(Failure::NotSupported);
+    return region.left >= 0 && region.top >= 0 && region.left < region.right && region.top < region.bottom &&
+           region.right <= size.width && region.bottom <= size.height;
 }
 
-int TP_Resume(int)
+Failure setRegion(const Stream& stream, std::optional<tide::Region> region)
 {
-    return fail(Failure::NotSupported);
+    return Engine::instance().presenter().setRegion(stream.id(), region) ? Failure::None : Failure::NoSuchId;
 }
 
-int TP_Fast(int)
+Failure setRegion(const Stream& stream, const _TP_REGION* region, TP_WId window, int enable)
 {
-    return fail(Failure::NotSupported);
+    if (window != 0 && window != stream.options().window)
+        return Failure::NoWindow;
+    if (!region || enable == 0)
+        return setRegion(stream, std::nullopt);
+    const auto size = stream.pictureSize();
+    if (!size)
+        return Failure::NoPicture;
+    if (!isInside(*region, *size))
+        return Failure::BadArgument;
+    return setRegion(stream, tide::Region{region->left, region->top, region->right, region->bottom});
 }
 
-int TP_Slow(int)
+Failure setHook(const Stream& stream, TP_DrawFun function, void* user)
 {
-    return fail(Failure::NotSupported);
+    tide::DrawHook hook;
+    if (function)
+        hook = [id = stream.id(), function, user](void* drawContext) { function(id, drawContext, user); };
+    return Engine::instance().presenter().setHook(stream.id(), std::move(hook)) ? Failure::None : Failure::NoSuchId;
 }
 
-int TP_FrameForward(int)
+} // namespace
+
+int TP_SetDisplayBuf(int frames)
 {
-    return fail(Failure::NotSupported);
+    Engine::instance().setDisplayBuffer(std::clamp(frames, 1, kMaxBufferFrames));
+    return 0;
 }
 
-float TP_GetScale(int)
+// What a transcoding server is asked for stands in the url; playGroup has no meaning for streams that play each by
+// itself.
+int TP_Play(const char* url, const char* auth, int protocol, TP_WId window, const char* startTime, const char* stopTime,
+            int correctionType, const void*, const void*, int)
 {
-    fail(Failure::NotSupported);
+    tide::StreamOptions options;
+    options.url = textOf(url);
+    options.auth = textOf(auth);
+    options.protocol = protocol;
+    options.window = window;
+    options.startTime = textOf(startTime);
+    options.stopTime = textOf(stopTime);
+    options.correctionType = correctionType;
+    return play(std::move(options));
+}
+
+int TP_ReversePlay(const char* url, const char* auth, int, TP_WId window, const char* startTime, const char* stopTime)
+{
+    tide::StreamOptions options;
+    options.url = textOf(url);
+    options.auth = textOf(auth);
+    options.window = window;
+    options.startTime = textOf(startTime);
+    options.stopTime = textOf(stopTime);
+    options.direction = tide::Direction::Backward;
+    return play(std::move(options));
+}
+
+int TP_Stop(int playId)
+{
+    return Engine::instance().stop(playId) ? 0 : fail(Failure::NoSuchId);
+}
+
+int TP_Pause(int playId)
+{
+    return withStream(playId, [](Stream& stream) { return stream.pause(); });
+}
+
+int TP_Resume(int playId)
+{
+    return withStream(playId, [](Stream& stream) { return stream.resume(); });
+}
+
+int TP_Fast(int playId)
+{
+    return withStream(playId, [](Stream& stream) { return stream.fast(); });
+}
+
+int TP_Slow(int playId)
+{
+    return withStream(playId, [](Stream& stream) { return stream.slow(); });
+}
+
+int TP_FrameForward(int playId)
+{
+    return withStream(playId, [](Stream& stream) { return stream.frameForward(); });
+}
+
+float TP_GetScale(int playId)
+{
+    const auto stream = Engine::instance().findStream(playId);
+    if (stream)
+        return stream->scale();
+    fail(Failure::NoSuchId);
     return 0.0F;
 }
 
-int TP_GetPictureSize(int, int*, int*)
+int TP_GetPictureSize(int playId, int* width, int* height)
 {
-    return fail(Failure::NotSupported);
+    if (!width || !height)
+        return fail(Failure::BadArgument);
+    return withStream(playId, [&](const Stream& stream) {
+        const auto size = stream.pictureSize();
+        if (!size)
+            return Failure::NoPicture;
+        *width = size->width;
+        *height = size->height;
+        return Failure::None;
+    });
 }
 
-int TP_SetReconnectInfo(int, const char*)
+int TP_SetReconnectInfo(int playId, const char* auth)
 {
-    return fail(Failure::NotSupported);
+    return withStream(playId, [&](Stream& stream) { return stream.setReconnectAuth(textOf(auth)); });
 }
 
-int TP_SetDisplayRegion(int, int, const _TP_REGION*, TP_WId, int)
+int TP_SetDisplayRegion(int playId, int, const _TP_REGION* region, TP_WId window, int enable)
 {
-    return fail(Failure::NotSupported);
+    return withStream(playId, [&](const Stream& stream) { return setRegion(stream, region, window, enable); });
 }
 
-int TP_RigisterDrawFun(int, TP_DrawFun, void*)
+int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user)
 {
-    return fail(Failure::NotSupported);
+    return withStream(playId, [&](const Stream& stream) { return setHook(stream, fn, user); });
 }
 
-int TP_EnableIVS(int, int, int)
+int TP_EnableIVS(int playId, int selector, int enable)
 {
-    return fail(Failure::NotSupported);
+    return TP_RenderPrivateDataEx(playId, selector, 0, enable);
 }
 
-int TP_RenderPrivateDataEx(int, int, int, int)
+int TP_RenderPrivateDataEx(int playId, int selector, int part, int enable)
 {
-    return fail(Failure::NotSupported);
+    return withStream(playId, [&](Stream& stream) { return stream.setOverlay(selector, part, enable); });
 }
 
-int TP_SetOverlayPriInfoFlag(int, int, int)
+int TP_SetOverlayPriInfoFlag(int playId, int selector, int enable)
 {
-    return fail(Failure::NotSupported);
+    return TP_RenderPrivateDataEx(playId, selector, kCaptureFlag, enable);
 }
 
-int TP_RegAdditionFun(int, int, TP_AdditionFun, void*)
+int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, void* user)
 {
-    return fail(Failure::NotSupported);
+    return withStream(playId, [&](Stream& stream) {
+        stream.setAddition(type, fn, user);
+        return Failure::None;
+    });
 }

@@ -9,16 +9,18 @@
 namespace tide {
 
 // One decoded picture. Shared by the stream, the presenter and a snapshot; never changed after it was made.
-struct Picture {
-    FramePtr frame;            // in system memory, whatever software pixel format the decoder gave
-    Microseconds position{};   // of the picture in its stream
-    std::uint64_t serial = 0;  // grows with every picture of a stream: a new serial is a new upload
+struct Picture
+{
+    FramePtr frame;           // in system memory, whatever software pixel format the decoder gave
+    Microseconds position{};  // of the picture in its stream
+    std::uint64_t serial = 0; // grows with every picture of a stream: a new serial is a new upload
 };
 using PicturePtr = std::shared_ptr<const Picture>;
 
 // Where the presenter gets the pictures of one stream from. The stream implements it; any thread may call.
 // A stream calls Presenter::wake after its answer to nextDue has become earlier.
-class PictureSource {
+class PictureSource
+{
 public:
     virtual ~PictureSource() = default;
 

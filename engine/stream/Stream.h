@@ -46,12 +46,12 @@ public:
     void stop(); // for good; the thread leaves as soon as it can
     Failure pause();
     Failure resume();
-    Failure fast(); // one step of the scale 1/8, 1/4, 1/2, 1, 2, 4, 8; at its end it stays there
+    Failure fast(); // one step of the scale 1/8, 1/4, 1/2, 1, 2, 4, 8; at its end it stays there; not of a live stream
     Failure slow();
-    Failure frameForward(); // pauses, and shows the next picture
-    void setReconnectAuth(const std::string& auth);
+    Failure frameForward();                                          // pauses, and shows the next picture
+    Failure setReconnectAuth(const std::string& auth);               // and tries again at once when it waits for that
     void setAddition(int type, TP_AdditionFun function, void* user); // a null function ends it
-    void setOverlay(int selector, int part, int enable);             // kept for the stream's life
+    Failure setOverlay(int selector, int part, int enable);          // kept for the stream's life
 
     // questions
     int id() const;
@@ -59,6 +59,7 @@ public:
     bool finished() const; // the thread has left: the destructor does not wait
     bool isLive() const;   // false until it is known
     float scale() const;
+    int overlay(int selector, int part) const;      // 0 unless set
     std::optional<PictureSize> pictureSize() const; // nothing before the first picture is known
     std::optional<std::chrono::system_clock::time_point> pictureTime() const; // wall clock of the picture on show
     const std::shared_ptr<Voice>& voice() const;
@@ -74,6 +75,9 @@ public:
     PicturePtr current() const override;
 
 private:
+    Failure changeSpeed(double factor);
+    void flushSound();
+
     class Impl;
     std::unique_ptr<Impl> impl_;
 };
