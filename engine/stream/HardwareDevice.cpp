@@ -1,5 +1,6 @@
 #include "engine/stream/HardwareDevice.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <unistd.h>
