@@ -1,4 +1,28 @@
-/* libtide_pipe: the stream engine. Plain C11 and C++17; x86-64 System V calling convention. */
+/* libtide_pipe: the stream engine. Plain C11 and C++17; x86-64 System V calling convention.
+ *
+ * It opens streams, decodes them, draws them into X11 windows, plays their sound, records them and runs transfers. A
+ * host names everything by numbers:
+ *
+ *     TP_InitLib(".");
+ *     TP_SetMessageHandler(onMessage, NULL);
+ *     int id = TP_Play("rtsp://camera/1", "user:password", 0, window, "", "", 0, NULL, NULL, -1);
+ *     ...
+ *     TP_Stop(id);
+ *
+ * What holds for every function unless it says otherwise:
+ *
+ *  - Threads. Any thread may call, several at once, also from inside a callback. No function waits for the network, for
+ * a decoder or for the disk.
+ *  - Failure. An int result is 0 or more for success and -1 for failure; TP_GetLastError then says why. A failed call
+ * has changed nothing. Null pointers, unknown ids and values out of range are failures, never more.
+ *  - Text is zero-terminated, UTF-8 (paths: as the file system takes them), and read during the call only. A null text
+ * is an empty one.
+ *  - Pointers that are passed in stay the caller's. Pointers that a callback gets are valid until it returns.
+ *  - Ids. Play ids and view ids come from one counter, start at 1 and are not used again. Talks, uploads, downloads,
+ *    upgrades and listeners have ids of kinds of their own.
+ *  - Callbacks. Messages and data records come on one thread of the engine, draw hooks on its render thread. A callback
+ *    that takes long delays the callbacks, or the drawing, of all streams; it does not stop the decoding.
+ */
 #ifndef TIDE_PIPE_H
 #define TIDE_PIPE_H
 
@@ -9,132 +33,401 @@
 #define TIDE_PIPE_API __attribute__((visibility("default")))
 
 #ifdef __cplusplus
+#define TIDE_PIPE_SIZE(type, bytes) static_assert(sizeof(type) == (bytes), #type)
 extern "C" {
+#else
+#define TIDE_PIPE_SIZE(type, bytes) _Static_assert(sizeof(type) == (bytes), #type)
 #endif
 
-typedef unsigned long TP_WId; /* an X11 window, as QWidget::winId() gives it */
+/* An X11 window, as QWidget::winId() gives it. */
+typedef unsigned long TP_WId;
 
-/* records */
-struct _TP_PTZPARAM { float x, y; };
-struct _TP_FISHEYEPARAM { unsigned mask; unsigned char r0[4]; float x, y; unsigned char r1[16];
-                          float z, angle; unsigned char color[4]; unsigned char r2[60]; };          /* 104 bytes */
-struct _TP_SRTRANSFERELEMENT { float e0, e1, e2, e3; };
-struct _TP_SRTRANSFER { struct _TP_SRTRANSFERELEMENT* element; long long reserved; };              /* 16 bytes */
-struct _TP_REGION { long long left, top, right, bottom; };
-struct _TP_OSDTIME { int year, month, day, hour, minute, second; };
-struct TP_ADDITION_DATA_INFO { long long type; long long r0, r1; int length; int r2; void* data; }; /* 40 bytes */
-struct _TP_TRANSPARAM { unsigned char r0; unsigned char resolution; unsigned char r1[2];
-                        unsigned bitrate, frameRate; unsigned char r2[16]; };                       /* 28 bytes, built by PlayParam */
-struct _TP_EAGLEEYEPARAM { bool flag; int mode; int expandType; };                                  /* 12 bytes, built by EagleEyeModule */
-struct _TP_FISHMESSAGE { int box, kind, length, r0; void* payload; unsigned char r1[64]; };         /* 88 bytes, read by the fish listener */
+/* ---- records ----
+ * Their layout is fixed. Bytes named r are written as 0 and not read. */
 
-/* What happens to a stream later than in the call that caused it; see TP_SetMessageHandler. 21 is never used: it belongs to
- * the library above the engine. */
-enum TP_Message {
-    TP_MESSAGE_OPENED = 1,         /* the first picture (of a stream without pictures: the first sound) is there */
-    TP_MESSAGE_OPEN_FAILED = 2,    /* the source cannot be opened or is no media; network sources are tried again */
-    TP_MESSAGE_AUTH_FAILED = 3,    /* the source refuses the credential; waits for TP_SetReconnectInfo */
-    TP_MESSAGE_ENDED = 4,          /* the end of the source or the stop time; the last picture stays on show */
-    TP_MESSAGE_LOST = 5,           /* a network source broke off or fell silent; it is tried again */
-    TP_MESSAGE_RESTORED = 6,       /* after LOST: pictures come again */
-    TP_MESSAGE_STANDING_STILL = 7, /* no new picture for three seconds though the stream should move */
-    TP_MESSAGE_MOVING_AGAIN = 8,   /* after STANDING_STILL, when the connection itself did not break */
-    TP_MESSAGE_SIZE_CHANGED = 9,   /* the picture has another size than before */
-    TP_MESSAGE_NOT_DECODABLE = 10, /* no decoder for the pictures of this source */
-    TP_MESSAGE_NOT_REVERSIBLE = 11, /* the source cannot be played backwards: live, or without an index */
-    TP_MESSAGE_RECORD_FAILED = 30  /* the disk ended a recording; what was written until then is good */
+/* A position in the picture, 0 to 1, from the top left. */
+struct _TP_PTZPARAM
+{
+    float x, y;
+};
+TIDE_PIPE_SIZE(struct _TP_PTZPARAM, 8);
+
+/* The state of one dewarped view. `mask` says which fields an update applies: 8 is the position. `z` is the zoom. */
+struct _TP_FISHEYEPARAM
+{
+    unsigned mask;
+    unsigned char r0[4];
+    float x, y; /* where the view looks, 0 to 1 of the fisheye picture */
+    unsigned char r1[16];
+    float z, angle;
+    unsigned char color[4]; /* of the view's box: red, green, blue, alpha */
+    unsigned char r2[60];
+};
+TIDE_PIPE_SIZE(struct _TP_FISHEYEPARAM, 104);
+
+struct _TP_SRTRANSFERELEMENT
+{
+    float e0, e1, e2, e3;
+};
+TIDE_PIPE_SIZE(struct _TP_SRTRANSFERELEMENT, 16);
+
+struct _TP_SRTRANSFER
+{
+    struct _TP_SRTRANSFERELEMENT* element;
+    long long reserved;
+};
+TIDE_PIPE_SIZE(struct _TP_SRTRANSFER, 16);
+
+/* A part of the picture in its pixels; right and bottom are exclusive. */
+struct _TP_REGION
+{
+    long long left, top, right, bottom;
+};
+TIDE_PIPE_SIZE(struct _TP_REGION, 32);
+
+/* Local time; month 1 to 12. */
+struct _TP_OSDTIME
+{
+    int year, month, day, hour, minute, second;
+};
+TIDE_PIPE_SIZE(struct _TP_OSDTIME, 24);
+
+/* A record that travels beside the pictures. Type 2049, people count: `data` is 16 unsigned 32-bit numbers,
+ * thousandths. */
+struct TP_ADDITION_DATA_INFO
+{
+    long long type;
+    long long r0, r1;
+    int length; /* of data, in bytes */
+    int r2;
+    void* data;
+};
+TIDE_PIPE_SIZE(struct TP_ADDITION_DATA_INFO, 40);
+
+/* What a transcoding server should send. `resolution`: 0 as the source, 1 to 255 the server's own codes; `bitrate`:
+ * kbit a second, 0 as the source; `frameRate`: pictures a second, 0 as the source. */
+struct _TP_TRANSPARAM
+{
+    unsigned char r0;
+    unsigned char resolution;
+    unsigned char r1[2];
+    unsigned bitrate, frameRate;
+    unsigned char r2[16];
+};
+TIDE_PIPE_SIZE(struct _TP_TRANSPARAM, 28);
+
+struct _TP_EAGLEEYEPARAM
+{
+    bool flag;
+    int mode;
+    int expandType;
+};
+TIDE_PIPE_SIZE(struct _TP_EAGLEEYEPARAM, 12);
+
+/* What a fisheye device reports to its listener. */
+struct _TP_FISHMESSAGE
+{
+    int box, kind, length, r0;
+    void* payload;
+    unsigned char r1[64];
+};
+TIDE_PIPE_SIZE(struct _TP_FISHMESSAGE, 88);
+
+/* ---- codes ---- */
+
+/* What TP_GetLastError answers. */
+enum TP_Error
+{
+    TP_ERROR_NONE = 0,
+    TP_ERROR_BAD_ARGUMENT = 1,
+    TP_ERROR_NO_SUCH_ID = 2,
+    TP_ERROR_NOT_SUPPORTED = 3, /* not in this build */
+    TP_ERROR_WRONG_STATE = 4,   /* for instance a change of speed of a live stream */
+    TP_ERROR_NO_WINDOW = 5,     /* no such window, or not the stream's */
+    TP_ERROR_NO_DISPLAY = 6,
+    TP_ERROR_OPEN_FAILED = 7,
+    TP_ERROR_NO_PICTURE = 8, /* none has come yet, or none comes any more */
+    TP_ERROR_WRITE_FAILED = 9,
+    TP_ERROR_SOUND_FAILED = 10,
+    TP_ERROR_HTTP = 11, /* TP_GetHTTPErrorInfo has the server's words */
+    TP_ERROR_AUTHENTICATION = 12,
+    TP_ERROR_TIMEOUT = 13,
+    TP_ERROR_CRYPTO = 14,
+    TP_ERROR_TOO_LONG = 15,
+    TP_ERROR_OUT_OF_MEMORY = 16,
+    TP_ERROR_INTERNAL = 17
 };
 
-/* callbacks */
+/* What happens to a stream later than in the call that caused it; see TP_SetMessageHandler. 21 is never used: it
+ * belongs to the library above the engine. */
+enum TP_Message
+{
+    TP_MESSAGE_OPENED = 1,          /* the first picture (of a stream without pictures: the first sound) is there */
+    TP_MESSAGE_OPEN_FAILED = 2,     /* the source cannot be opened or is no media; network sources are tried again */
+    TP_MESSAGE_AUTH_FAILED = 3,     /* the source refuses the credential; waits for TP_SetReconnectInfo */
+    TP_MESSAGE_ENDED = 4,           /* the end of the source or the stop time; the last picture stays on show */
+    TP_MESSAGE_LOST = 5,            /* a network source broke off or fell silent; it is tried again */
+    TP_MESSAGE_RESTORED = 6,        /* after LOST: pictures come again */
+    TP_MESSAGE_STANDING_STILL = 7,  /* no new picture for three seconds though the stream should move */
+    TP_MESSAGE_MOVING_AGAIN = 8,    /* after STANDING_STILL, when the connection itself did not break */
+    TP_MESSAGE_SIZE_CHANGED = 9,    /* the picture has another size than before */
+    TP_MESSAGE_NOT_DECODABLE = 10,  /* no decoder for the pictures of this source */
+    TP_MESSAGE_NOT_REVERSIBLE = 11, /* the source cannot be played backwards: live, or without an index */
+    TP_MESSAGE_RECORD_FAILED = 30   /* the disk ended a recording; what was written until then is good */
+};
+
+/* ---- callbacks ---- */
+
+/* `message` is a TP_Message. Comes on the engine's notification thread. */
 typedef void (*TP_MessageHandler)(int playId, unsigned message, void* user);
+
+/* Comes on the render thread after the picture was drawn into the stream's window and before it is shown. The window's
+ * GL context (compatibility profile) is current and its viewport is the window; the engine restores what the hook
+ * changes. `drawContext` means something to the engine only. */
 typedef void (*TP_DrawFun)(int playId, void* drawContext, void* user);
+
+/* The same for a dewarped view. The numbers have no meaning. */
 typedef void (*TP_FECDrawFun)(void* user, unsigned, unsigned, void* drawContext, unsigned, unsigned);
+
+/* Comes on the engine's notification thread. */
 typedef void (*TP_AdditionFun)(int playId, struct TP_ADDITION_DATA_INFO* info, void* user);
+
+/* `data` is a _TP_FISHMESSAGE, `length` its size. Comes on the listener's thread. */
 typedef void (*TP_FishMsgFun)(int, int, void* data, unsigned length);
 
-/* life, errors, messages */
+/* ---- life, errors, messages ---- */
+
+/* Prepares the engine. Once in a process is enough, more do no harm, and a play without it works as well. `dir` is the
+ * host's program folder; nothing is read there. */
 TIDE_PIPE_API int TP_InitLib(const char* dir);
+
+/* Why the last call that failed on this thread did so: a TP_Error. Calls that succeed leave it as it is. */
 TIDE_PIPE_API unsigned TP_GetLastError(void);
+
+/* The one handler for the messages of all streams; null takes it off. A handler that already runs is not waited for. */
 TIDE_PIPE_API int TP_SetMessageHandler(TP_MessageHandler handler, void* user);
+
+/* The host has changed the size of a window that shows a stream. The engine sees most changes by itself; this makes the
+ * next picture have the new size for certain. Unknown windows are ignored. */
 TIDE_PIPE_API int TP_WndResolutionChange(TP_WId window);
 
-/* streams */
+/* ---- streams ---- */
+
+/* How many decoded pictures may wait to be shown, in the streams played from now on: 1 to 50, others are brought into
+ * that range; 6 at the start. More is smoother, fewer is closer to the present. */
 TIDE_PIPE_API int TP_SetDisplayBuf(int frames);
-TIDE_PIPE_API int TP_Play(const char* url, const char* auth, int protocol, TP_WId window, const char* startTime, const char* stopTime,
-              int correctionType, const void* transParam, const void* eagleEye, int playGroup);
-TIDE_PIPE_API int TP_ReversePlay(const char* url, const char* auth, int reserved, TP_WId window, const char* startTime, const char* stopTime);
+
+/* Shows a stream in a window. Returns its play id at once; all that happens later is told by messages.
+ *
+ * url        a path or "file:" url; "http:", "https:"; "rtsp:", "rtsps:"; or a generated picture:
+ *                test:pattern?size=704x576&rate=25&gop=25&seconds=0&sound=440&people=1
+ *            with `size` (48 to 4096 each way, even), `rate` (1 to 120 pictures a second), `gop` (pictures from one key
+ *            picture to the next), `seconds` (length; 0, as when it is left out, is an endless live source), `sound` (a
+ *            tone in Hz) and `people` (people-count records a second). It shows colour bars, the time, and the number
+ * of the picture, which also stands in 24 black and white cells along the top edge, highest bit first. No other scheme
+ * is opened, nor does an opened source lead to one. auth       empty, "user:password", a JSON object with the texts
+ * "user" and "password", or a line "Authorization: ..." (for RTSP only of the kind Basic). Goes before what stands in
+ * the url. Never logged. protocol   how RTSP travels: 0 TCP, 1 UDP, 2 UDP multicast, 3 UDP and then TCP, 4 through
+ * HTTP, 5 through HTTPS; with 5 an "http:" url is fetched by HTTPS as well. Others count as 0. window     where the
+ * picture is drawn; the whole window, keeping no ratio. It must exist, else TP_ERROR_NO_WINDOW. Two streams may not
+ * share a window. startTime, stopTime empty, or from the beginning of the source "90", "90.5", "00:01:30.5", or a date
+ * "2026-05-01T10:00:00Z", "2026-05-01 10:00:00", "20260501T100000Z", "20260501100000" (with "Z" UTC, with "+02:00" so
+ * far from it, else local time). A date counts from the creation time that the file tells; where it tells none, the
+ * start time is its beginning. For RTSP a date goes to the server as "starttime=" and "endtime=" in the url, unless the
+ *            url has them. Live sources are not cut.
+ * correctionType
+ *            kept for the dewarping functions; the window shows the picture as it is.
+ * transParam null or a _TP_TRANSPARAM. Accepted; what a transcoding server sends is settled by the url.
+ * eagleEye   null or a _TP_EAGLEEYEPARAM. Accepted.
+ * playGroup  1 for streams of one group, -1 for others. Accepted; each stream plays by its own clock.
+ *
+ * A network source that cannot be opened, breaks off or falls silent is tried again until TP_Stop, after half a second
+ * at first and at most every 15 seconds. One that refuses the credential waits for TP_SetReconnectInfo. */
+TIDE_PIPE_API int TP_Play(const char* url, const char* auth, int protocol, TP_WId window, const char* startTime,
+                          const char* stopTime, int correctionType, const void* transParam, const void* eagleEye,
+                          int playGroup);
+
+/* The same backwards, from the stop time or the end to the start time or the beginning, without sound. For files, also
+ * on HTTP. What cannot be played backwards gives TP_MESSAGE_NOT_REVERSIBLE. */
+TIDE_PIPE_API int TP_ReversePlay(const char* url, const char* auth, int reserved, TP_WId window, const char* startTime,
+                                 const char* stopTime);
+
+/* Ends a stream or a view; of a stream its views as well. After it returns no draw hook of the id runs and no message
+ * of it is begun; a message handler that runs already is not waited for. May be called from inside any callback. */
 TIDE_PIPE_API int TP_Stop(int playId);
+
+/* The picture stands; drawing on it goes on. A live source is read on, so that TP_Resume goes on with the present. */
 TIDE_PIPE_API int TP_Pause(int playId);
 TIDE_PIPE_API int TP_Resume(int playId);
+
+/* One step along 1/8, 1/4, 1/2, 1, 2, 4, 8 times; at either end it stays there. There is sound at 1 only. Live streams
+ * answer TP_ERROR_WRONG_STATE. */
 TIDE_PIPE_API int TP_Fast(int playId);
 TIDE_PIPE_API int TP_Slow(int playId);
+
+/* Pauses and shows the next picture. TP_ERROR_NO_PICTURE at the end. */
 TIDE_PIPE_API int TP_FrameForward(int playId);
+
+/* The speed, 1 for normal. 0 for an unknown id. */
 TIDE_PIPE_API float TP_GetScale(int playId);
+
+/* The size of the picture on show in its own pixels. Before the first one TP_ERROR_NO_PICTURE; nothing is written then.
+ */
 TIDE_PIPE_API int TP_GetPictureSize(int playId, int* width, int* height);
+
+/* The credential, as TP_Play takes it, for the next time the source is connected. A stream that waits for one tries
+ * again at once. */
 TIDE_PIPE_API int TP_SetReconnectInfo(int playId, const char* auth);
-TIDE_PIPE_API int TP_SetDisplayRegion(int playId, int reserved, const struct _TP_REGION* region, TP_WId window, int enable);
+
+/* The part of the picture that fills the window. Works on a standing picture too; a new play starts whole.
+ * region     pixels of the picture, wholly inside it and not empty, else TP_ERROR_BAD_ARGUMENT; null: the whole picture
+ * window     0, or the stream's own window, which means the same
+ * enable     0: the whole picture, whatever the region */
+TIDE_PIPE_API int TP_SetDisplayRegion(int playId, int reserved, const struct _TP_REGION* region, TP_WId window,
+                                      int enable);
+
+/* The draw hook of a stream, one; null takes it off. After the call the one before does not run any more. */
 TIDE_PIPE_API int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user);
+
+/* Switches for what a device draws into or sends along with its pictures. They are kept with the stream; one without
+ * such data shows none. selector   1 and 2 moving objects and rules, 4 position text, 8 picture text, 16 fire, 32
+ * temperature part       of 16: 1 box, 2 highest temperature, 4 its place, 8 distance; of 32: 1 box, 2 line, 4 point
+ * enable     0 off, else on */
 TIDE_PIPE_API int TP_EnableIVS(int playId, int selector, int enable);
 TIDE_PIPE_API int TP_RenderPrivateDataEx(int playId, int selector, int part, int enable);
+
+/* Whether pictures that are saved show the overlay. */
 TIDE_PIPE_API int TP_SetOverlayPriInfoFlag(int playId, int selector, int enable);
+
+/* The function that gets a stream's records of one type, one a type; null takes it off, and it is not begun any more.
+ * The only type there is comes from a test pattern: 2049, people count. */
 TIDE_PIPE_API int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, void* user);
 
-/* capture, on-screen time, record */
+/* ---- capture, on-screen time, record ---- */
+
+/* Writes the picture on show, at its own size, to a new or emptied file. TP_ERROR_NO_PICTURE, TP_ERROR_WRITE_FAILED. */
 TIDE_PIPE_API int TP_JPEGCapture(int playId, const char* path);
 TIDE_PIPE_API int TP_BMPCapture(int playId, const char* path);
+
+/* The time of the picture on show, in local time: of a live stream its wall clock, of a file its start plus position.
+ */
 TIDE_PIPE_API int TP_GetOSDTime(int playId, struct _TP_OSDTIME* time);
+
+/* Records the stream, as it comes, to an MP4 file that plays up to its last group of pictures even when the process is
+ * killed. One recording a stream. `packageType` is accepted. */
 TIDE_PIPE_API int TP_StartSave(int playId, const char* path, int packageType);
+
+/* Returns when the file is complete. */
 TIDE_PIPE_API int TP_StopSave(int playId);
+
+/* Goes on in a new file, which is opened inside the call, from the next key picture on; no picture is lost. */
 TIDE_PIPE_API int TP_SwitchFile(int playId, const char* path);
+
+/* Bytes of the file that is being written; 0 until its first packet. */
 TIDE_PIPE_API int TP_GetRecordFileSize(int playId);
 
-/* sound, voice talk */
+/* ---- sound, voice talk ---- */
+
+/* One stream sounds at a time: opening one closes the other. Without a sound device the call succeeds silently. */
 TIDE_PIPE_API int TP_OpenSound(int playId);
 TIDE_PIPE_API int TP_CloseSound(void);
+
+/* 0 to 65535 (full, at the start); kept while the stream is silent. */
 TIDE_PIPE_API int TP_SetVolume(int playId, unsigned short volume);
 TIDE_PIPE_API int TP_GetVolume(int playId);
-TIDE_PIPE_API int TP_StartVoiceTalk(const char* openUrl, const char* closeUrl, const char* dataUrl, const char* auth, int audioType,
-                      int bitRate, int sampleRate, int soundChannel, int deviceCastChannelNum);
+
+/* Opens a two-way talk over HTTP. Waits for the device's answer (with a time-out), since that is the result: a talk id.
+ */
+TIDE_PIPE_API int TP_StartVoiceTalk(const char* openUrl, const char* closeUrl, const char* dataUrl, const char* auth,
+                                    int audioType, int bitRate, int sampleRate, int soundChannel,
+                                    int deviceCastChannelNum);
 TIDE_PIPE_API int TP_StopVoiceTalk(int talkId);
 
-/* fisheye, eagle eye */
-TIDE_PIPE_API int TP_FEC_Play(int realPlayId, TP_WId window, const struct _TP_FISHEYEPARAM* param, int placeType, int correctType);
+/* ---- fisheye, eagle eye ---- */
+
+/* A dewarped view of a stream in a window of its own. Returns the view's id. `placeType`: 1, 2 or 3, how the camera is
+ * mounted; `correctType`: 0 the circle as it is, 0x100 a view with pan, tilt and zoom, 0x200 to 0x400 unrolled
+ * pictures. */
+TIDE_PIPE_API int TP_FEC_Play(int realPlayId, TP_WId window, const struct _TP_FISHEYEPARAM* param, int placeType,
+                              int correctType);
+
+/* The draw hook of a view; rules as for TP_RigisterDrawFun. */
 TIDE_PIPE_API int TP_FECRigisterDrawFun(int realPlayId, int viewId, TP_FECDrawFun fn, void* user);
+
 TIDE_PIPE_API int TP_FEC_GetParam(int realPlayId, int viewId, struct _TP_FISHEYEPARAM* param);
+
+/* Applies the fields that the mask names. */
 TIDE_PIPE_API int TP_FEC_UpDateParam(int realPlayId, int viewId, const struct _TP_FISHEYEPARAM* param);
+
+/* Which boxes of the views are drawn on the circle; 0 none. */
 TIDE_PIPE_API int TP_FEC_SetDrawType(int realPlayId, int drawType);
+
+/* Highlights the box of a view. */
 TIDE_PIPE_API int TP_FEC_SetFinshDraw(int realPlayId, int viewId);
+
+/* The view whose box lies under a point (0 to 1 each way); negative when there is none. */
 TIDE_PIPE_API int TP_FEC_IsInFinshDraw(int realPlayId, int* viewId, float x, float y);
+
+/* Turns a move of the pointer over `ownViewId` from `from` to `to`, begun when view `viewId` stood at `start`, into
+ * that view's new position. */
 TIDE_PIPE_API int TP_FEC_PTZ2WindowEx(int realPlayId, int viewId, int ownViewId, const struct _TP_PTZPARAM* start,
-                        const struct _TP_PTZPARAM* from, const struct _TP_PTZPARAM* to, float* x, float* y);
+                                      const struct _TP_PTZPARAM* from, const struct _TP_PTZPARAM* to, float* x,
+                                      float* y);
+
+/* The next position of a scan that begins at *x, *y. */
 TIDE_PIPE_API int TP_FEC_TestScan(int realPlayId, int viewId, float* x, float* y, int placeType, float step);
+
+/* Writes what a view shows; BMP when `isBmp` is not 0, else JPEG. */
 TIDE_PIPE_API int TP_FEC_CapturePIC(int isBmp, int playId, int viewId, const char* path);
+
+/* Listens to the reports of a fisheye device. Returns a listener id. */
 TIDE_PIPE_API int TP_StartFishListener(const char* url, const char* auth, const char* extData);
 TIDE_PIPE_API int TP_StopFishListener(int listenerId);
+
+/* The one function for the reports of all listeners; null takes it off. */
 TIDE_PIPE_API int TP_SetFishMsgCallBack(TP_FishMsgFun fn);
+
+/* Turns the expanded picture of an eagle-eye stream. */
 TIDE_PIPE_API int TP_SR_Rotate(int playId, const struct _TP_SRTRANSFER* transfer);
 
-/* string protection */
+/* ---- string protection ---- */
+
+/* The key of one kind, kept for the process. */
 TIDE_PIPE_API int TP_SetSecretKey(int keyType, const char* key);
+
+/* `out` is a zeroed buffer of 1024 bytes; the result ends with a zero and its length is stored in *outLength when that
+ * is not null. A text that would not fit is refused with TP_ERROR_TOO_LONG, never cut. */
 TIDE_PIPE_API int TP_Encrypt(int type, const char* text, char* out, int* outLength, int reserved, bool encrypted);
 TIDE_PIPE_API int TP_Decrypt(int type, const char* text, char* out, int* outLength, int reserved, bool encrypted);
 
-/* transfers */
+/* ---- transfers ----
+ * Uploads, downloads and upgrades run in the background and are polled: the status is 0 while one runs and when it is
+ * done, any other value is a failure; the progress goes from 0 to 100. TP_Upload, TP_ImportDeviceConfig and
+ * TP_ExportDeviceConfig do their work inside the call, with time-outs, since its outcome is their result. */
+
 TIDE_PIPE_API int TP_StartAsynUpload(const char* uploadUrl, const char* statusUrl, const char* auth, const char* path,
-                       const char* pReserve, int iReserve);
+                                     const char* pReserve, int iReserve);
 TIDE_PIPE_API int TP_StopAsynUpload(int uploadId);
+
+/* The server's words; zero-terminated, cut to what fits. The buffers hold 102400 bytes, or `size`. */
 TIDE_PIPE_API int TP_GetUploadErrorInfo(int uploadId, char* buffer);
 TIDE_PIPE_API int TP_GetIpcImportErrorInfo(char* buffer);
 TIDE_PIPE_API int TP_GetHTTPErrorInfo(char* buffer, int size);
+
 TIDE_PIPE_API int TP_ImportDeviceConfig(const char* uploadUrl, const char* auth, const char* path);
 TIDE_PIPE_API int TP_ExportDeviceConfig(const char* downloadUrl, const char* auth, const char* path);
-TIDE_PIPE_API int TP_Upload(const char* uploadUrl, const char* auth, const char* path, const char* contentType, int iReserve);
-TIDE_PIPE_API int TP_StartDownload(const char* downloadUrl, const char* auth, const char* path, const char* downloadXml);
-TIDE_PIPE_API int TP_StartDownloadEx(const char* downloadUrl, const char* auth, const char* path, int packageType, const char* downloadXml);
+TIDE_PIPE_API int TP_Upload(const char* uploadUrl, const char* auth, const char* path, const char* contentType,
+                            int iReserve);
+
+TIDE_PIPE_API int TP_StartDownload(const char* downloadUrl, const char* auth, const char* path,
+                                   const char* downloadXml);
+TIDE_PIPE_API int TP_StartDownloadEx(const char* downloadUrl, const char* auth, const char* path, int packageType,
+                                     const char* downloadXml);
 TIDE_PIPE_API int TP_StopDownload(int downloadId);
 TIDE_PIPE_API int TP_GetDownloadStatus(int downloadId, int* status, int* progress);
+
 TIDE_PIPE_API int TP_StartUpgrade(const char* upgradeUrl, const char* statusUrl, const char* auth, const char* path,
-                    const char* upgradeFlag, const char* pReserve);
+                                  const char* upgradeFlag, const char* pReserve);
 TIDE_PIPE_API int TP_StopUpgrade(int upgradeId);
 TIDE_PIPE_API int TP_UpgradeStatus(int upgradeId, int* status, int* progress);
 
