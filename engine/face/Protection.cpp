@@ -1,20 +1,55 @@
 #include "engine/core/Failure.h"
+#include "engine/protect/ProtectedText.h"
+#include "engine/protect/SecretKey.h"
 #include "include/tide_pipe/tide_pipe.h"
 
-using tide::fail;
-using tide::Failure;
+#include <string>
 
-int TP_SetSecretKey(int, const char*)
+using namespace tide;
+
+namespace {
+
+constexpr std::size_t kMaxKey = 4096;
+
+int deliver(Failure failure, const std::string& text, char* out, int* outLength)
 {
-    return fail(Failure::NotSupported);
+    if (failure != Failure::None)
+        return fail(failure);
+    out[text.copy(out, kProtectedBuffer - 1)] = '\0';
+    if (outLength)
+        *outLength = static_cast<int>(text.size());
+    return 0;
 }
 
-int TP_Encrypt(int, const char*, char*, int*, int, bool)
+} // namespace
+
+int TP_SetSecretKey(int keyType, const char* key)
 {
-    return fail(Failure::NotSupported);
+    const std::string secret = key ? key : "";
+    if (secret.empty())
+        return fail(Failure::BadArgument);
+    if (secret.size() > kMaxKey)
+        return fail(Failure::TooLong);
+    return SecretKey::instance().set(keyType, secret) ? 0 : fail(Failure::Crypto);
 }
 
-int TP_Decrypt(int, const char*, char*, int*, int, bool)
+int TP_Encrypt(int type, const char* text, char* out, int* outLength, int, bool encrypted)
 {
-    return fail(Failure::NotSupported);
+    if (!text || !out)
+        return fail(Failure::BadArgument);
+    std::string plain = text;
+    if (std::string inner; encrypted && recover(type, plain, inner) == Failure::None)
+        plain = inner;
+    std::string result;
+    const Failure failure = protect(type, plain, result);
+    return deliver(failure, result, out, outLength);
+}
+
+int TP_Decrypt(int type, const char* text, char* out, int* outLength, int, bool)
+{
+    if (!text || !out)
+        return fail(Failure::BadArgument);
+    std::string result;
+    const Failure failure = recover(type, text, result);
+    return deliver(failure, result, out, outLength);
 }

@@ -390,42 +390,122 @@ TIDE_PIPE_API int TP_SetFishMsgCallBack(TP_FishMsgFun fn);
 /* Turns the expanded picture of an eagle-eye stream. */
 TIDE_PIPE_API int TP_SR_Rotate(int playId, const struct _TP_SRTRANSFER* transfer);
 
-/* ---- string protection ---- */
+/* ---- string protection ----
+ * Texts are protected with AES-256-GCM under a key that scrypt derives from the secret of the process, with a fresh
+ * nonce each time. A protected text is base64 of at most 1023 characters. Any thread may call. */
 
-/* The key of one kind, kept for the process. */
+/* Sets the secret for all that follows, 1 to 4096 bytes. The secret is `keyType` and `key` together: a text is
+ * recovered under the pair that it was protected under; which numbers a host uses for `keyType` is its own choice. 0,
+ * or -1. */
 TIDE_PIPE_API int TP_SetSecretKey(int keyType, const char* key);
 
-/* `out` is a zeroed buffer of 1024 bytes; the result ends with a zero and its length is stored in *outLength when that
- * is not null. A text that would not fit is refused with TP_ERROR_TOO_LONG, never cut. */
+/* Protects `text`, at most 720 bytes; a longer one is refused, never cut. `out` has room for 1024 bytes and gets the
+ * text with its zero, `outLength` (may be null) its length. `type` names what the text is for, any number: it is
+ * recovered under the same number only. With `encrypted` set, a text that is a protected one already is protected anew
+ * instead of a second time. `reserved` is not read. 0, or -1 with `out` untouched: no secret set, text too long. The
+ * first call under a secret takes some 0.1 s, the derivation of the key. */
 TIDE_PIPE_API int TP_Encrypt(int type, const char* text, char* out, int* outLength, int reserved, bool encrypted);
+
+/* Recovers a text that TP_Encrypt has protected, whether `encrypted` is set or not; otherwise as there. -1 with `out`
+ * untouched for another secret or type and for a text that is not to the last bit what TP_Encrypt wrote. */
 TIDE_PIPE_API int TP_Decrypt(int type, const char* text, char* out, int* outLength, int reserved, bool encrypted);
 
 /* ---- transfers ----
- * Uploads, downloads and upgrades run in the background and are polled: the status is 0 while one runs and when it is
- * done, any other value is a failure; the progress goes from 0 to 100. TP_Upload, TP_ImportDeviceConfig and
- * TP_ExportDeviceConfig do their work inside the call, with time-outs, since its outcome is their result. */
+ * Addresses are http or https; every other scheme and every control character is refused. `auth` is as for TP_Play;
+ * basic and digest log-ins are answered. Redirects are followed, five at most, from https to https only; a credential
+ * does not follow to another server. No proxy is asked. Null texts count as empty, but an address and a path have to be
+ * there.
+ *
+ * Certificates are verified. The environment of the process decides, at each request:
+ *
+ *  - TIDE_PIPE_CA_FILE: a PEM file of authorities, in place of the system's.
+ *  - TIDE_PIPE_TLS_VERIFY: "off" accepts any certificate; whoever sits on the line can then read and change everything.
+ *  - TIDE_PIPE_HTTP_TIMEOUT: seconds without a byte until a line counts as dead, 1 to 3600; 30 when it is not set. A
+ *    server that does not take the connection is given up after 10 seconds at the latest.
+ *
+ * Uploads, downloads and upgrades that TP_Start... begins run beside the host; ids are above 1000. A call that begins
+ * one looks at its arguments and its file and never waits for the network. An id is known until its TP_Stop..., of jobs
+ * that ended by themselves only the newest 256; 16 jobs run at a time, 256 more may wait. TP_Stop... of an unknown id
+ * answers -1; after it has returned nothing of the job runs. TP_Upload, TP_ImportDeviceConfig and TP_ExportDeviceConfig
+ * do their work inside the call, which takes at most twenty times the time-out.
+ *
+ * Failures: a negative TP_TransferStatus where a job cannot begin or a call that waits has failed; the status itself
+ * from TP_GetDownloadStatus and TP_UpgradeStatus. Any thread may call. */
+enum TP_TransferStatus
+{
+    TP_TRANSFER_OK = 0,             /* waiting, running or, at progress 100, done */
+    TP_TRANSFER_FAILED = 1,         /* a failure without a name of its own; stopped; too many at a time */
+    TP_TRANSFER_BAD_REQUEST = 2,    /* an address, a credential or a header text that cannot be sent */
+    TP_TRANSFER_CANNOT_CONNECT = 3, /* no such host, nobody listens there, no TLS */
+    TP_TRANSFER_NOT_TRUSTED = 4,    /* the server's certificate does not hold */
+    TP_TRANSFER_UNAUTHORIZED = 5,   /* HTTP 401, 403, 407 */
+    TP_TRANSFER_NOT_FOUND = 6,      /* HTTP 404, 410 */
+    TP_TRANSFER_REFUSED = 7,        /* every other HTTP status below 500 that is no success */
+    TP_TRANSFER_SERVER_ERROR = 8,   /* HTTP 500 and above */
+    TP_TRANSFER_TIMEOUT = 9,        /* nothing came for too long, or a device made no progress */
+    TP_TRANSFER_LINE_CUT = 10,      /* the line broke and could not be taken up again */
+    TP_TRANSFER_FILE_ERROR = 11,    /* the local file cannot be read or written; another download writes it */
+    TP_TRANSFER_REDIRECTED_TOO_OFTEN = 12,
+    TP_TRANSFER_DEVICE_FAILED = 13 /* the device took the file and says that it failed with it */
+};
 
+/* Values of `iReserve`; any other sends with POST. */
+enum TP_UploadMethod
+{
+    TP_UPLOAD_POST = 0,
+    TP_UPLOAD_PUT = 1
+};
+
+/* Sends the file at `path` as the body of one request, with `pReserve` as its content type (empty: octet-stream). With
+ * a `statusUrl`, that address is then asked twice a second until the device is done: it answers with a number for
+ * "progress" (0 to 100) and one for "status" (0 in order), as JSON, XML or "name=value" lines; an answer without a
+ * progress means done. The id, negative on failure. */
 TIDE_PIPE_API int TP_StartAsynUpload(const char* uploadUrl, const char* statusUrl, const char* auth, const char* path,
                                      const char* pReserve, int iReserve);
 TIDE_PIPE_API int TP_StopAsynUpload(int uploadId);
 
-/* The server's words; zero-terminated, cut to what fits. The buffers hold 102400 bytes, or `size`. */
+/* Why an upload has failed, in the server's words where it has any; empty while it runs and when it is done. `buffer`
+ * has room for 102,400 bytes; what is longer is cut between two characters. 0, or -1 and an empty text for an unknown
+ * id. */
 TIDE_PIPE_API int TP_GetUploadErrorInfo(int uploadId, char* buffer);
+
+/* The same for the last TP_ImportDeviceConfig of the process, on whatever thread it ran. */
 TIDE_PIPE_API int TP_GetIpcImportErrorInfo(char* buffer);
+
+/* The same for the last call of this thread that began a transfer, waited for one or asked for its status, in a buffer
+ * of `size` bytes. 0, or -1 when there is no room even for a zero. */
 TIDE_PIPE_API int TP_GetHTTPErrorInfo(char* buffer, int size);
 
+/* Posts the file at `path` as a device's configuration. 0 or a negative TP_TransferStatus. */
 TIDE_PIPE_API int TP_ImportDeviceConfig(const char* uploadUrl, const char* auth, const char* path);
+
+/* Gets a device's configuration into `path`, as TP_StartDownload does. 0 or a negative TP_TransferStatus. */
 TIDE_PIPE_API int TP_ExportDeviceConfig(const char* downloadUrl, const char* auth, const char* path);
+
+/* Sends the file at `path`. 0 or a negative TP_TransferStatus. */
 TIDE_PIPE_API int TP_Upload(const char* uploadUrl, const char* auth, const char* path, const char* contentType,
                             int iReserve);
 
+/* Gets a file into `path`, with GET or, where there is a `downloadXml`, by posting that. The file is written as
+ * "<path>.part" and takes its name, in place of whatever has it, when it is whole; the part of a failed or stopped
+ * download is removed, that of a killed process is taken over by the next download to this path. A line that breaks
+ * after the first bytes is tried again, up to four times without a new byte, from where it broke if the server can. The
+ * id, negative on failure. */
 TIDE_PIPE_API int TP_StartDownload(const char* downloadUrl, const char* auth, const char* path,
                                    const char* downloadXml);
+
+/* The same, and tells the server `packageType` in the header "Package-Type". */
 TIDE_PIPE_API int TP_StartDownloadEx(const char* downloadUrl, const char* auth, const char* path, int packageType,
                                      const char* downloadXml);
 TIDE_PIPE_API int TP_StopDownload(int downloadId);
+
+/* `progress` is percent: 0 while the length is not known, 100 when the file is there. 0, or -1 for an unknown id. */
 TIDE_PIPE_API int TP_GetDownloadStatus(int downloadId, int* status, int* progress);
 
+/* Sends the file at `path` to a device and follows what it does with it, as TP_StartAsynUpload. `upgradeFlag` is told
+ * to the device in the header "Upgrade-Flag", `pReserve` is the content type. With a `statusUrl` the first half of the
+ * progress is the sending and the second half the device's own; a device that shows no progress for twenty time-outs
+ * has failed. */
 TIDE_PIPE_API int TP_StartUpgrade(const char* upgradeUrl, const char* statusUrl, const char* auth, const char* path,
                                   const char* upgradeFlag, const char* pReserve);
 TIDE_PIPE_API int TP_StopUpgrade(int upgradeId);

@@ -1,0 +1,176 @@
+#include "tests/engine_transfer/TransferTest.h"
+
+#include "engine/transfer/DeviceReport.h"
+
+#include <atomic>
+
+#include <sys/stat.h>
+
+namespace transfer_test {
+
+using UploadTest = TransferTest;
+
+std::string uploadText(int id)
+{
+    std::string text(102400, 'x');
+    TP_GetUploadErrorInfo(id, text.data());
+    return text.c_str();
+}
+
+TEST_F(UploadTest, sendsTheFileWithEveryLogin)
+{
+    HttpServer server(Security::Tls);
+    setenv("TIDE_PIPE_CA_FILE", fileOf("ca.pem", server.certificate()).c_str(), 1);
+    const std::string file = patternOf(2 << 20); // large enough for "100-continue"
+    const std::string source = fileOf("source", file);
+    for (const auto& [page, login] :
+         {std::pair("/none", Login::None), std::pair("/basic", Login::Basic), std::pair("/digest", Login::Digest)}) {
+        server.on(page, [&](const Request& request) { return Response{request.body == file ? 200 : 400, "damaged"}; });
+        server.protect(page, login, "user", "secret");
+        EXPECT_EQ(TP_Upload(server.url(page).c_str(), "user:secret", source.c_str(), "text/plain", 0), 0) << httpText();
+        EXPECT_EQ(server.requests(page).back().headers.at("content-type"), "text/plain");
+        EXPECT_EQ(server.requests(page).back().method, "POST");
+    }
+    EXPECT_EQ(TP_Upload(server.url("/basic").c_str(), "user:secret", source.c_str(), "", TP_UPLOAD_PUT), 0);
+    EXPECT_EQ(server.requests("/basic").back().method, "PUT");
+    EXPECT_EQ(server.requests("/basic").back().headers.at("content-type"), "application/octet-stream");
+    server.on("/moved", [&](const Request&) { return Response{301, "", {{"Location", server.url("/digest")}}}; });
+    EXPECT_EQ(TP_Upload(server.url("/moved").c_str(), "user:secret", source.c_str(), "", 0), 0) << httpText();
+}
+
+TEST_F(UploadTest, refusalsAreNamedInTheServersWords)
+{
+    HttpServer server;
+    server.on("/full", [](const Request&) { return Response{507, std::string(200000, 'w')}; });
+    server.on("/no", [](const Request&) { return Response{400, "wrong model"}; });
+    server.on("/yes", [](const Request&) { return Response{204}; });
+    server.protect("/locked", Login::Digest, "user", "secret");
+    const std::string source = fileOf("source", "text");
+    const auto send = [&](const char* page) {
+        return TP_Upload(server.url(page).c_str(), "user:wrong", source.c_str(), "", 0);
+    };
+    EXPECT_EQ(send("/locked"), -TP_TRANSFER_UNAUTHORIZED);
+    EXPECT_EQ(TP_GetLastError(), 12U);
+    EXPECT_EQ(send("/full"), -TP_TRANSFER_SERVER_ERROR);
+    EXPECT_EQ(httpText(), std::string(102399, 'w'));
+    std::string other = "unset";
+    std::thread([&] { other = httpText(); }).join();
+    EXPECT_EQ(other, "");
+
+    char importText[102400] = "old";
+    EXPECT_EQ(TP_ImportDeviceConfig(server.url("/no").c_str(), "", source.c_str()), -TP_TRANSFER_REFUSED);
+    EXPECT_EQ(TP_GetIpcImportErrorInfo(importText), 0);
+    EXPECT_STREQ(importText, "wrong model");
+    EXPECT_EQ(TP_ImportDeviceConfig(server.url("/yes").c_str(), "", source.c_str()), 0);
+    EXPECT_EQ(TP_GetIpcImportErrorInfo(importText), 0);
+    EXPECT_STREQ(importText, "");
+
+    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/no").c_str(), "", path("config").c_str()), -TP_TRANSFER_REFUSED);
+    EXPECT_EQ(fileCount(), 1U);
+    server.on("/config", [](const Request&) { return Response{200, "the configuration"}; });
+    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/config").c_str(), "", path("config").c_str()), 0);
+    EXPECT_EQ(content("config"), "the configuration");
+    EXPECT_EQ(httpText(), "");
+}
+
+TEST_F(UploadTest, unusableFilesAndHeadersAreRefused)
+{
+    HttpServer server;
+    const std::string url = server.url("/x");
+    const std::string source = fileOf("source", "text");
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    for (const std::string& name : {path("pipe"), path("none"), path("."), std::string(), std::string(10000, 'n')})
+        EXPECT_EQ(TP_Upload(url.c_str(), "", name.c_str(), "", 0), -TP_TRANSFER_FILE_ERROR) << name;
+    EXPECT_EQ(TP_Upload(url.c_str(), "", source.c_str(), "a\r\nX-Evil: 1", 0), -TP_TRANSFER_BAD_REQUEST);
+    EXPECT_EQ(TP_StartUpgrade(url.c_str(), "", "", source.c_str(), "\n", ""), -TP_TRANSFER_BAD_REQUEST);
+    EXPECT_EQ(TP_StartAsynUpload(url.c_str(), "gopher://x", "", source.c_str(), "", 0), -TP_TRANSFER_BAD_REQUEST);
+    EXPECT_TRUE(server.requests().empty());
+}
+
+// A device that answers its status address with each of `reports`, the last one for ever.
+void serveReports(HttpServer& server, std::vector<Response> reports)
+{
+    auto asked = std::make_shared<std::atomic<std::size_t>>(0);
+    server.on("/status",
+              [reports, asked](const Request&) { return reports[std::min((*asked)++, reports.size() - 1)]; });
+    server.on("/upload", [](const Request&) { return Response{200}; });
+}
+
+TEST_F(UploadTest, upgradeFollowsTheDevice)
+{
+    HttpServer server;
+    const std::string source = fileOf("firmware", patternOf(100000));
+    serveReports(server, {{200, R"({"status": 0, "progress": 20})"},
+                          {503, "restarting"},
+                          {200, "<report><status>0</status><progress>100</progress></report>"}});
+    const auto upgrade = [&](const char* page) {
+        return TP_StartUpgrade(server.url(page).c_str(), server.url("/status").c_str(), "", source.c_str(), "keep", "");
+    };
+    const int id = upgrade("/upload");
+    EXPECT_LT(upgradeReport(id).progress, 100);
+    int most = 0;
+    for (Report report = upgradeReport(id); report.status == 0 && report.progress < 100; report = upgradeReport(id)) {
+        most = std::max(most, report.progress);
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_EQ(most, 60);
+    EXPECT_EQ(upgradeReport(id).status, TP_TRANSFER_OK);
+    EXPECT_EQ(server.requests("/upload").at(0).headers.at("upgrade-flag"), "keep");
+    EXPECT_EQ(server.requests("/status").size(), 3U);
+
+    serveReports(server, {{200, "status=7\nreason=wrong model"}});
+    const int failing = upgrade("/upload");
+    EXPECT_EQ(ended(failing, upgradeReport).status, TP_TRANSFER_DEVICE_FAILED);
+    EXPECT_EQ(httpText(), "status=7\nreason=wrong model");
+    const int refused = upgrade("/none");
+    EXPECT_EQ(ended(refused, upgradeReport).status, TP_TRANSFER_NOT_FOUND);
+    EXPECT_EQ(downloadReport(refused).result, -1);
+    EXPECT_EQ(TP_StopUpgrade(refused), 0);
+    EXPECT_EQ(TP_StopUpgrade(refused), -1);
+    EXPECT_EQ(upgradeReport(17).result, -1);
+}
+
+TEST_F(UploadTest, uploadKeepsItsErrorTextUntilItIsStopped)
+{
+    HttpServer server;
+    const std::string source = fileOf("source", "text");
+    serveReports(server, {{200, R"({"progress":10})"}, {404, "gone"}});
+    const int id = TP_StartAsynUpload(server.url("/upload").c_str(), server.url("/status").c_str(), "", source.c_str(),
+                                      nullptr, 0);
+    ASSERT_GT(id, 0);
+    EXPECT_EQ(uploadText(id), "");
+    for (int turn = 0; turn < 300 && uploadText(id).empty(); ++turn)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(uploadText(id), "gone");
+    EXPECT_EQ(TP_StopAsynUpload(id), 0);
+    EXPECT_EQ(TP_StopAsynUpload(id), -1);
+    EXPECT_EQ(uploadText(id), "");
+    EXPECT_EQ(TP_GetUploadErrorInfo(id, nullptr), -1);
+}
+
+TEST(DeviceReportTest, readsJsonXmlAndLines)
+{
+    struct Case
+    {
+        const char* text;
+        bool hasFailed;
+        bool isDone;
+    };
+    const Case cases[] = {
+        {"", false, true},
+        {"OK", false, true},
+        {R"({"Status":0,"Progress":99})", false, false},
+        {R"({"statusCode":200,"progress":"100"})", false, true},
+        {"<Progress>\n 5 </Progress>", false, false},
+        {"status: -1", true, true},
+        {"progress=99999999999999999999", false, true},
+        {"progress", false, true},
+        {"status=running, status=2", true, true},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(tide::parseDeviceReport(c.text).hasFailed(), c.hasFailed) << c.text;
+        EXPECT_EQ(tide::parseDeviceReport(c.text).isDone(), c.isDone) << c.text;
+    }
+}
+
+} // namespace transfer_test
