@@ -1,7 +1,7 @@
 set(OpenGL_GL_PREFERENCE GLVND)
 find_package(Threads REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Svg)
-find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX)
+find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX EGL)
 find_package(X11 REQUIRED)
 find_package(Freetype REQUIRED)
 find_package(ALSA REQUIRED)

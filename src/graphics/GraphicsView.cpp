@@ -1,6 +1,7 @@
 #include "src/graphics/GraphicsView.h"
 
 #include "include/tide_pipe/tide_pipe.h"
+#include "src/LayoutDetail.h"
 #include "src/WindowDirectory.h"
 #include "src/graphics/ShapeTable.h"
 #include "src/player/IPlayer.h"
@@ -116,13 +117,13 @@ QSize unpacked(std::uint64_t size)
 GraphicsView::GraphicsView(QWidget* parent)
     : IGraphicsView(parent)
 {
-    connect(parent, SIGNAL(sigPaint(QPaintEvent*)), SLOT(onPaintEvent(QPaintEvent*)), Qt::UniqueConnection);
-    connect(parent, SIGNAL(sigMousePress(QMouseEvent*)), SLOT(onMousePressEvent(QMouseEvent*)), Qt::UniqueConnection);
-    connect(parent, SIGNAL(sigMouseMove(QMouseEvent*)), SLOT(onMouseMoveEvent(QMouseEvent*)), Qt::UniqueConnection);
-    connect(parent, SIGNAL(sigMouseRelease(QMouseEvent*)), SLOT(onMouseReleaseEvent(QMouseEvent*)),
-            Qt::UniqueConnection);
-    connect(parent, SIGNAL(sigWheel(QWheelEvent*)), SLOT(onMouseWheelEvent(QWheelEvent*)), Qt::UniqueConnection);
-    connect(parent, SIGNAL(sigMouseDoubleClick(QMouseEvent*)), SLOT(onMouseDoubleClickEvent(QMouseEvent*)),
+    auto* const source = static_cast<IPlayWindow*>(parent);
+    connect(source, &IPlayWindow::sigPaint, this, &GraphicsView::onPaintEvent, Qt::UniqueConnection);
+    connect(source, &IPlayWindow::sigMousePress, this, &GraphicsView::onMousePressEvent, Qt::UniqueConnection);
+    connect(source, &IPlayWindow::sigMouseMove, this, &GraphicsView::onMouseMoveEvent, Qt::UniqueConnection);
+    connect(source, &IPlayWindow::sigMouseRelease, this, &GraphicsView::onMouseReleaseEvent, Qt::UniqueConnection);
+    connect(source, &IPlayWindow::sigWheel, this, &GraphicsView::onMouseWheelEvent, Qt::UniqueConnection);
+    connect(source, &IPlayWindow::sigMouseDoubleClick, this, &GraphicsView::onMouseDoubleClickEvent,
             Qt::UniqueConnection);
     keepSize(parent->size());
     parent->installEventFilter(this);
