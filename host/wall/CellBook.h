@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QHash>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+namespace quillmark::lumen_wall {
+
+enum class Motion
+{
+    None,
+    Forward,
+    Reverse
+};
+
+// What the host knows of one cell; the library is asked for the rest.
+struct CellState
+{
+    QString source; // kept after a stop, so that play starts it again
+    Motion motion = Motion::None;
+    bool paused = false;
+    int speedStep = 0; // -3 to 3: 1/8 to 8 times
+    int ratio = 0;
+    int volume = 100;
+    bool sound = false;
+    QString trouble; // what the stream last complained of, empty when all is well
+};
+
+QString titleOf(const CellState& state);
+QString speedText(int speedStep);
+
+// Follows the successful calls, whoever made them, and keeps a state for each cell of a wall. States hang on the cells'
+// widgets, so they move with them from layout to layout. Main thread.
+class CellBook : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CellBook(QWidget* wall);
+
+    int count() const;
+    CellState state(int index) const;
+    void setTrouble(int index, const QString& trouble);
+
+    void note(const QString& function, const QJsonObject& args);
+
+signals:
+    void changed();
+    void layoutChanged();
+
+private:
+    using Note = void (CellBook::*)(CellState&, const QJsonObject&);
+    struct Row;
+    static const QHash<QString, Row>& rows();
+
+    void notePlay(CellState& state, const QJsonObject& args);
+    void noteReverse(CellState& state, const QJsonObject& args);
+    void noteStop(CellState& state, const QJsonObject& args);
+    void notePause(CellState& state, const QJsonObject& args);
+    void noteResume(CellState& state, const QJsonObject& args);
+    void noteFast(CellState& state, const QJsonObject& args);
+    void noteSlow(CellState& state, const QJsonObject& args);
+    void noteStep(CellState& state, const QJsonObject& args);
+    void noteSound(CellState& state, const QJsonObject& args);
+    void noteSilence(CellState& state, const QJsonObject& args);
+    void noteVolume(CellState& state, const QJsonObject& args);
+    void noteRatio(CellState& state, const QJsonObject& args);
+
+    CellState* stateOf(QWidget* cell);
+
+    QWidget* const wall_;
+    QHash<QObject*, CellState> states_;
+};
+
+} // namespace quillmark::lumen_wall

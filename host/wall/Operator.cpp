@@ -1,0 +1,247 @@
+#include "host/wall/Operator.h"
+
+#include "host/Theme.h"
+#include "host/wall/StreamMessages.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace quillmark::lumen_wall {
+
+namespace {
+
+constexpr int kRatioModes = 5;
+
+} // namespace
+
+Operator::Operator(Deck& deck)
+    : deck_(deck)
+{
+    connect(&deck_.events(), &EventHub::happened, this, &Operator::onEvent);
+    connect(&deck_.cells(), &CellBook::layoutChanged, this, [this] { enlarged_ = -1; });
+    connect(&deck_, &Deck::failed, this,
+            [this](const QString& text) { emit reported(static_cast<int>(Severity::Failure), -1, text); });
+}
+
+bool Operator::isPlaying(int cell) const
+{
+    return LD_IsWindowPlaying(deck_.wall(), cell);
+}
+
+void Operator::setGrid(int side)
+{
+    grid_ = side;
+    arrange();
+}
+
+void Operator::setDragable(bool on)
+{
+    dragable_ = on;
+    shrink();
+    keepPlaces_ = true;
+    arrange();
+    keepPlaces_ = false;
+}
+
+void Operator::arrange()
+{
+    QJsonArray cells;
+    for (int index = 0; index < grid_ * grid_; ++index)
+        cells.append(cellDocument(index));
+    deck_.call("LD_SetLayout", {{"windows", cells}});
+    emit changed();
+}
+
+QJsonObject Operator::cellDocument(int index) const
+{
+    const QRectF place = keepPlaces_ ? placeOnScreen(index) : placeInGrid(index);
+    return {
+        {"wndIndex", index},
+        {"ratio", deck_.cells().state(index).ratio},
+        {"left", place.left()},
+        {"top", place.top()},
+        {"width", place.width()},
+        {"height", place.height()},
+        {"dragable", dragable_},
+        {"border_color", theme::kAccent},
+        {"background_color", theme::kCell},
+    };
+}
+
+QRectF Operator::placeInGrid(int index) const
+{
+    const double side = 1.0 / grid_;
+    return {index % grid_ * side, index / grid_ * side, side, side};
+}
+
+// The library cuts a fraction of the wall off to whole pixels, so half a pixel more keeps a cell where it is.
+QRectF Operator::placeOnScreen(int index) const
+{
+    const QWidget* cell = cellWidget(deck_.wall(), index);
+    if (!cell)
+        return placeInGrid(index);
+    const QSizeF wall = deck_.wall()->size();
+    const QRectF place = cell->geometry();
+    return {(place.left() + 0.5) / wall.width(), (place.top() + 0.5) / wall.height(),
+            (place.width() + 0.5) / wall.width(), (place.height() + 0.5) / wall.height()};
+}
+
+// A cell that is the only one to be seen takes the whole wall.
+void Operator::toggleEnlarged(int cell)
+{
+    enlarged_ = enlarged_ < 0 ? cell : -1;
+    for (int other = 0; other < deck_.cells().count(); ++other) {
+        if (other != cell)
+            deck_.call(enlarged_ < 0 ? "LD_ShowWindow" : "LD_HideWindow", {{"index", other}});
+    }
+    emit changed();
+}
+
+void Operator::shrink()
+{
+    if (enlarged_ >= 0)
+        toggleEnlarged(enlarged_);
+}
+
+void Operator::open(int cell, const QString& source)
+{
+    if (isPlaying(cell))
+        deck_.call("LD_Stop", {{"wndIndex", cell}});
+    start(cell, source);
+}
+
+void Operator::openFrom(int cell, const QStringList& sources)
+{
+    const int room = std::min(sources.size(), deck_.cells().count() - cell);
+    for (int i = 0; i < room; ++i)
+        open(cell + i, sources[i]);
+}
+
+void Operator::start(int cell, const QString& source)
+{
+    deck_.call("LD_Play", {{"wndIndex", cell}, {"url", source}, {"auth", QString()}});
+}
+
+void Operator::play()
+{
+    const int cell = deck_.selected();
+    if (isPlaying(cell))
+        callSelected("LD_Resume");
+    else if (const QString source = current().source; !source.isEmpty())
+        start(cell, source);
+    else
+        emit sourceWanted(cell);
+}
+
+void Operator::pause()
+{
+    if (isPlaying(deck_.selected()) && !current().paused)
+        callSelected("LD_Pause");
+    else
+        play();
+}
+
+void Operator::stop()
+{
+    callSelected("LD_Stop");
+}
+
+// From reverse play back to forward play by the same button.
+void Operator::reverse()
+{
+    const CellState state = current();
+    if (state.source.isEmpty())
+        return;
+    stop();
+    if (state.motion == Motion::Reverse)
+        start(deck_.selected(), state.source);
+    else
+        callSelected("LD_ReversePlay", {{"url", state.source}, {"auth", ""}, {"startTime", ""}, {"stopTime", ""}});
+}
+
+void Operator::step()
+{
+    callSelected("LD_FrameForward");
+}
+
+void Operator::faster()
+{
+    callSelected("LD_Fast");
+}
+
+void Operator::slower()
+{
+    callSelected("LD_Slow");
+}
+
+void Operator::toggleSound()
+{
+    if (current().sound)
+        deck_.call("LD_CloseSound");
+    else
+        setSound(deck_.selected());
+}
+
+void Operator::setSound(int cell)
+{
+    deck_.call("LD_CloseSound");
+    if (!isError(deck_.call("LD_OpenSound", {{"wndIndex", cell}})))
+        deck_.call("LD_SetVolume", {{"wndIndex", cell}, {"volume", deck_.cells().state(cell).volume}});
+}
+
+void Operator::setVolume(int percent)
+{
+    callSelected("LD_SetVolume", {{"volume", std::clamp(percent, 0, 100)}});
+}
+
+void Operator::setRatio(int mode)
+{
+    callSelected("LD_SetWndRatioMode", {{"mode", mode}});
+}
+
+void Operator::nextRatio()
+{
+    setRatio((current().ratio + 1) % kRatioModes);
+}
+
+QJsonValue Operator::callSelected(const char* function, QJsonObject args)
+{
+    args.insert("wndIndex", deck_.selected());
+    return deck_.call(function, args);
+}
+
+void Operator::onEvent(int type, const QJsonObject& document)
+{
+    const int cell = document.value("wndIndex").toInt(-1);
+    if (type == LD_EVENT_DOUBLE_CLICKED && cell >= 0)
+        toggleEnlarged(cell);
+    if (type == LD_EVENT_STREAM)
+        onStreamEvent(cell, document.value("eventType").toInt());
+}
+
+void Operator::onStreamEvent(int cell, int code)
+{
+    const StreamMessage message = streamMessage(code);
+    using Effect = StreamMessage::Effect;
+    if (message.effect == Effect::IsTrouble || message.effect == Effect::ClearsTrouble)
+        deck_.cells().setTrouble(cell, message.effect == Effect::IsTrouble ? describe(code) : QString());
+    if (message.effect == Effect::Ends && looping_)
+        playAgain(cell);
+    else
+        emit reported(static_cast<int>(message.severity), cell, describe(code));
+}
+
+void Operator::playAgain(int cell)
+{
+    const CellState before = deck_.cells().state(cell);
+    if (before.motion != Motion::Forward)
+        return;
+    open(cell, before.source);
+    if (!before.sound)
+        return;
+    setSound(cell);
+    deck_.call("LD_SetVolume", {{"wndIndex", cell}, {"volume", before.volume}});
+}
+
+} // namespace quillmark::lumen_wall

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "host/wall/Deck.h"
+
+#include <QObject>
+#include <QStringList>
+
+namespace quillmark::lumen_wall {
+
+// What an operator does: grids, sources, and the verbs that act on the selected cell. Main thread.
+class Operator : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Operator(Deck& deck);
+
+    Deck& deck() { return deck_; }
+    CellState current() const { return deck_.cells().state(deck_.selected()); }
+    bool isPlaying(int cell) const;
+    int grid() const { return grid_; }
+    bool dragable() const { return dragable_; }
+    int enlarged() const { return enlarged_; } // -1: none
+
+    void setLooping(bool on) { looping_ = on; } // start a source again when it ends
+    void setGrid(int side);
+    void setDragable(bool on);
+    void toggleEnlarged(int cell);
+    void shrink();
+
+    void open(int cell, const QString& source);
+    void openFrom(int cell, const QStringList& sources); // one a cell, from `cell` on
+
+    void play();  // from the start, or on after a pause
+    void pause(); // and on again
+    void stop();
+    void reverse();
+    void step();
+    void faster();
+    void slower();
+    void toggleSound();
+    void setSound(int cell);
+    void setVolume(int percent);
+    void changeVolume(int percent) { setVolume(current().volume + percent); }
+    void setRatio(int mode);
+    void nextRatio();
+
+signals:
+    void changed();                                             // grid, dragging, enlarged cell
+    void sourceWanted(int cell);                                // play was asked for in a cell without one
+    void reported(int severity, int cell, const QString& text); // what happened in a cell, for people
+
+private:
+    void arrange();
+    QJsonObject cellDocument(int index) const;
+    QRectF placeInGrid(int index) const;
+    QRectF placeOnScreen(int index) const;
+    QJsonValue callSelected(const char* function, QJsonObject args = {});
+    void start(int cell, const QString& source);
+    void onEvent(int type, const QJsonObject& document);
+    void onStreamEvent(int cell, int code);
+    void playAgain(int cell);
+
+    Deck& deck_;
+    int grid_ = 1;
+    int enlarged_ = -1;
+    bool dragable_ = false;
+    bool keepPlaces_ = false; // the next arrangement leaves the cells where they are
+    bool looping_ = false;
+};
+
+} // namespace quillmark::lumen_wall

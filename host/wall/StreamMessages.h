@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+// What the codes in stream events mean to a person and to a cell.
+namespace quillmark::lumen_wall {
+
+enum class Severity
+{
+    Note,
+    Warning,
+    Failure
+};
+
+struct StreamMessage
+{
+    enum class Effect
+    {
+        None,
+        ClearsTrouble,
+        IsTrouble,
+        Ends
+    };
+
+    int code;
+    Severity severity;
+    Effect effect;
+    const char* text;
+};
+
+// A code that nobody knows gives a message that names it in describe().
+StreamMessage streamMessage(int code);
+QString describe(int code);
+
+} // namespace quillmark::lumen_wall
