@@ -6,7 +6,7 @@ PACKAGES=(
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev
     libasound2-dev libcurl4-openssl-dev libssl-dev libcli11-dev
     libgtest-dev libgmock-dev
-    ffmpeg fonts-unifont libgl1-mesa-dri xvfb xauth x11-utils xdotool
+    ffmpeg fonts-unifont fonts-dejavu-core libgl1-mesa-dri xvfb xauth x11-utils xdotool
     libgstrtspserver-1.0-dev gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
     gstreamer1.0-libav
 )
