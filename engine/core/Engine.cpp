@@ -76,8 +76,7 @@ bool Engine::stop(int playId)
     presenter_.remove(playId);
     notifier_.close(playId);
     stream->stop();
-    if (stream->voice()->isOpen())
-        mixer_.closeAll();
+    mixer_.close(stream->voice());
     retire(std::move(stream));
     return true;
 }

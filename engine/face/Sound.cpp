@@ -1,27 +1,37 @@
-#include "engine/core/Failure.h"
+#include "engine/face/WithStream.h"
 #include "include/tide_pipe/tide_pipe.h"
 
+using tide::Engine;
 using tide::fail;
 using tide::Failure;
+using tide::Stream;
+using tide::withStream;
 
-int TP_OpenSound(int)
+int TP_OpenSound(int playId)
 {
-    return fail(Failure::NotSupported);
+    return withStream(playId, [](const Stream& stream) {
+        return Engine::instance().mixer().open(stream.voice()) ? Failure::None : Failure::SoundFailed;
+    });
 }
 
 int TP_CloseSound()
 {
-    return fail(Failure::NotSupported);
+    Engine::instance().mixer().closeAll();
+    return 0;
 }
 
-int TP_SetVolume(int, unsigned short)
+int TP_SetVolume(int playId, unsigned short volume)
 {
-    return fail(Failure::NotSupported);
+    return withStream(playId, [volume](const Stream& stream) {
+        stream.voice()->setVolume(volume);
+        return Failure::None;
+    });
 }
 
-int TP_GetVolume(int)
+int TP_GetVolume(int playId)
 {
-    return fail(Failure::NotSupported);
+    const auto stream = Engine::instance().findStream(playId);
+    return stream ? stream->voice()->volume() : fail(Failure::NoSuchId);
 }
 
 int TP_StartVoiceTalk(const char*, const char*, const char*, const char*, int, int, int, int, int)

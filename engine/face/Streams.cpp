@@ -1,5 +1,4 @@
-#include "engine/core/Engine.h"
-#include "engine/core/Failure.h"
+#include "engine/face/WithStream.h"
 #include "include/tide_pipe/tide_pipe.h"
 
 #include <algorithm>
@@ -9,6 +8,7 @@ using tide::Engine;
 using tide::fail;
 using tide::Failure;
 using tide::Stream;
+using tide::withStream;
 
 namespace {
 
@@ -18,17 +18,6 @@ constexpr int kCaptureFlag = -1; // the part of an overlay that says whether sna
 std::string textOf(const char* text)
 {
     return text ? text : "";
-}
-
-int answer(Failure failure)
-{
-    return failure == Failure::None ? 0 : fail(failure);
-}
-
-template <typename Command> int withStream(int playId, Command command)
-{
-    const auto stream = Engine::instance().findStream(playId);
-    return stream ? answer(command(*stream)) : fail(Failure::NoSuchId);
 }
 
 int play(tide::StreamOptions options)

@@ -27,11 +27,6 @@ std::int16_t encode(float sample)
 
 } // namespace
 
-Clock::duration soundLength(std::int64_t samples, int rate)
-{
-    return std::chrono::nanoseconds(samples * 1'000'000'000 / rate);
-}
-
 void AlsaOutput::Closer::operator()(snd_pcm_t* device) const
 {
     snd_pcm_close(device);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/core/Time.h"
+#include "engine/sound/SoundFormat.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,20 +10,6 @@
 typedef struct _snd_pcm snd_pcm_t;
 
 namespace tide {
-
-struct SoundFormat
-{
-    int rate = 48000;
-    int channels = 2;
-};
-
-inline bool operator==(SoundFormat a, SoundFormat b)
-{
-    return a.rate == b.rate && a.channels == b.channels;
-}
-
-// How long `samples` of one channel sound.
-Clock::duration soundLength(std::int64_t samples, int rate);
 
 // ALSA's default device, or the null device where that cannot be had. The caller paces: it asks how much is due and
 // writes that. Null and file devices take everything at once, so the clock is ours; a device with a clock of its own

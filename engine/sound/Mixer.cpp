@@ -28,6 +28,7 @@ public:
 
     std::shared_ptr<Voice> makeVoice() { return std::make_shared<StreamVoice>(bus_); }
     bool open(const std::shared_ptr<StreamVoice>& voice);
+    void close(StreamVoice& voice);
     void closeAll();
 
 private:
@@ -82,6 +83,12 @@ bool Mixer::Impl::open(const std::shared_ptr<StreamVoice>& voice)
     if (finished.joinable())
         finished.join();
     return isStarted;
+}
+
+void Mixer::Impl::close(StreamVoice& voice)
+{
+    const std::lock_guard lock(mutex_);
+    voice.setOpen(false);
 }
 
 void Mixer::Impl::closeAll()
@@ -193,6 +200,12 @@ bool Mixer::open(const std::shared_ptr<Voice>& voice)
 {
     const auto ours = std::dynamic_pointer_cast<StreamVoice>(voice);
     return ours && impl_->open(ours);
+}
+
+void Mixer::close(const std::shared_ptr<Voice>& voice)
+{
+    if (const auto ours = std::dynamic_pointer_cast<StreamVoice>(voice))
+        impl_->close(*ours);
 }
 
 void Mixer::closeAll()

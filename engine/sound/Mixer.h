@@ -43,6 +43,7 @@ public:
 
     // One voice sounds at a time: opening one closes the others.
     bool open(const std::shared_ptr<Voice>& voice);
+    void close(const std::shared_ptr<Voice>& voice);
     void closeAll();
 
 private:

@@ -2,6 +2,7 @@
 
 #include "engine/sound/AlsaOutput.h"
 #include "engine/sound/Mixer.h"
+#include "engine/sound/SoundConverter.h"
 
 #include <atomic>
 #include <cstddef>
@@ -13,22 +14,6 @@ namespace tide {
 
 // What the mixer's device wants. Written by the mixer thread, read by whoever pushes.
 using BusFormat = std::atomic<SoundFormat>;
-
-// Frames of one sound, in any format, to interleaved floats in the bus format. One user at a time.
-class SoundConverter
-{
-public:
-    // Empty when the frame is unusable. `due` becomes that of the first sample that comes out.
-    std::vector<float> convert(const AVFrame& frame, SoundFormat to, TimePoint& due);
-    void reset() { resampler_.reset(); }
-
-private:
-    bool adaptTo(const AVFrame& frame, SoundFormat to);
-
-    ResamplerPtr resampler_;
-    int rate_ = 0, channels_ = 0, sampleFormat_ = -1;
-    SoundFormat to_;
-};
 
 // A queue between a stream's decode thread and the mixer thread.
 class StreamVoice : public Voice
