@@ -4,7 +4,7 @@
 #include "src/LayoutManager.h"
 #include "src/interface/Arrangement.h"
 #include "src/interface/CallFrame.h"
-#include "src/player/IPlayer.h"
+#include "src/player/Requests.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -94,9 +94,7 @@ int LD_WindowCount(QWidget* mainWindow)
 bool LD_IsWindowPlaying(QWidget* mainWindow, int index)
 {
     qDebug() << "LD_IsWindowPlaying";
-    const IPlayWindow* window = Layout(mainWindow).getPlayWindow(QVariant(index));
-    const IPlayer* player = window ? window->findChild<IPlayer*>() : nullptr;
-    return player && player->playing();
+    return isPlaying(mainWindow, index);
 }
 
 int LD_WndResolutionChange(const QWidget* window)

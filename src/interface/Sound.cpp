@@ -1,5 +1,7 @@
+#include "src/player/Sound.h"
+
 #include "src/interface/Export.h"
 
-LUMEN_UNAVAILABLE_WD(LD_OpenSound)
-LUMEN_UNAVAILABLE_WD(LD_SetVolume)
-LUMEN_UNAVAILABLE_N(LD_CloseSound)
+LUMEN_EXPORT_WD(LD_OpenSound, openSound)
+LUMEN_EXPORT_WD(LD_SetVolume, setVolume)
+LUMEN_EXPORT_N(LD_CloseSound, closeSound)

@@ -1,13 +1,29 @@
-#include "src/interface/Export.h"
+#include "src/player/Transport.h"
 
-LUMEN_UNAVAILABLE_WD(LD_Stop)
-LUMEN_UNAVAILABLE_WD(LD_Pause)
-LUMEN_UNAVAILABLE_WD(LD_Fast)
-LUMEN_UNAVAILABLE_WD(LD_Slow)
-LUMEN_UNAVAILABLE_WD(LD_Resume)
-LUMEN_UNAVAILABLE_WD(LD_FrameForward)
-LUMEN_UNAVAILABLE_WD(LD_QueryPlayStatus)
-LUMEN_UNAVAILABLE_WD(LD_SetTrsPlayBackParam)
-LUMEN_UNAVAILABLE_WD(LD_SetReconnectInfo)
-LUMEN_UNAVAILABLE_WD(LD_SetHttps)
-LUMEN_UNAVAILABLE_W(LD_StopRealPlayAll)
+#include "src/interface/Export.h"
+#include "src/player/IFisheyeModule.h"
+#include "src/player/StreamSettings.h"
+
+namespace {
+
+using namespace quillmark::lumen_deck;
+
+std::shared_ptr<ErrorBase> stopOrEndDewarp(QWidget* mainWindow, const QJsonDocument& args)
+{
+    return correctionTypeOf(mainWindow) != 0 ? findFisheyeModule(mainWindow)->setJsonParam(FisheyeStop, args)
+                                             : stop(mainWindow, args);
+}
+
+} // namespace
+
+LUMEN_EXPORT_WD(LD_Stop, stopOrEndDewarp)
+LUMEN_EXPORT_WD(LD_Pause, pause)
+LUMEN_EXPORT_WD(LD_Fast, fast)
+LUMEN_EXPORT_WD(LD_Slow, slow)
+LUMEN_EXPORT_WD(LD_Resume, resume)
+LUMEN_EXPORT_WD(LD_FrameForward, frameForward)
+LUMEN_EXPORT_WD(LD_QueryPlayStatus, queryPlayStatus)
+LUMEN_EXPORT_WD(LD_SetTrsPlayBackParam, setTrsPlayBackParam)
+LUMEN_EXPORT_WD(LD_SetReconnectInfo, setReconnectInfo)
+LUMEN_EXPORT_WD(LD_SetHttps, setHttps)
+LUMEN_EXPORT_W(LD_StopRealPlayAll, stopAll)

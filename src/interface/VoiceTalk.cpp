@@ -1,4 +1,6 @@
+#include "src/VoiceTalk.h"
+
 #include "src/interface/Export.h"
 
-LUMEN_UNAVAILABLE_D(LD_StartVoiceTalk)
-LUMEN_UNAVAILABLE_D(LD_StopVoiceTalk)
+LUMEN_EXPORT_D(LD_StartVoiceTalk, openVoiceTalk)
+LUMEN_EXPORT_D(LD_StopVoiceTalk, stopVoiceTalk)

@@ -1,0 +1,134 @@
+#include "src/player/Player.h"
+#include "src/LayoutDetail.h"
+#include "src/WindowDirectory.h"
+#include "tests/support/Wall.h"
+
+#include <QApplication>
+#include <QWheelEvent>
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+using engine_double::calls;
+using quillmark::lumen_deck::IPlayWindow;
+using quillmark::lumen_deck::Player;
+using testing::ElementsAre;
+using wall::engineCalls;
+
+namespace {
+
+class PlayerTest : public wall::WallTest
+{
+protected:
+    Player* player() { return main().findChild<Player*>(); }
+    IPlayWindow* window() { return qobject_cast<IPlayWindow*>(player()->parent()); }
+
+    void turnWheel(int delta)
+    {
+        QWheelEvent event(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(window(), &event);
+    }
+
+    // Whether a message of the id reaches the host when it comes on a thread of the engine; then it is as told.
+    bool heard(int playId, unsigned message, int index)
+    {
+        events().clear();
+        std::thread([=] { engine_double::emitMessage(playId, message); }).join();
+        if (events().empty())
+            return false;
+        EXPECT_EQ(events().size(), 1U);
+        EXPECT_EQ(events().at(0).mainWindow, &main());
+        EXPECT_EQ(events().at(0).object, (QJsonObject{{"cmd", "window.onPluginEventHandler"},
+                                                      {"wndIndex", index},
+                                                      {"eventType", static_cast<qint64>(message)}}));
+        return true;
+    }
+};
+
+TEST_F(PlayerTest, messagesReachTheHostWhileTheStreamLives)
+{
+    const int id = play();
+    EXPECT_TRUE(heard(id, 3, 0));
+    EXPECT_TRUE(heard(id, 4294967295U, 0)) << "no code is filtered";
+    EXPECT_FALSE(heard(id + 1, 3, 0));
+    arrange(R"({"custom":[{"wndIndex":3},{"wndIndex":0}]})");
+    EXPECT_TRUE(heard(id, 3, 1)) << "the window has moved";
+    arrange(R"({"custom":{"windows":[]}})");
+    EXPECT_TRUE(heard(id, 3, -1)) << "a parked window still has its main widget";
+    LD_Release(LD_StopRealPlayAll(&main()));
+    EXPECT_FALSE(heard(id, 3, 0));
+}
+
+TEST_F(PlayerTest, messagesOfAWindowThatIsBeingStoppedOrDestroyedAreDropped)
+{
+    bool heardLate = true;
+    const int id = play();
+    engine_double::onCall("TP_Stop", [&] { heardLate = heard(id, 5, 0); });
+    delete player();
+    EXPECT_FALSE(heardLate) << "the id is forgotten before the engine stops";
+    EXPECT_THAT(engine_double::livePlays(), testing::IsEmpty());
+}
+
+TEST_F(PlayerTest, destructionEndsRecordingThenStream)
+{
+    const std::string id = std::to_string(play());
+    ask(LD_StartSave, R"({"wndIndex":0,"fileName":"f"})");
+    const std::size_t before = calls().size();
+    destroyMain();
+    EXPECT_THAT(engineCalls(before), ElementsAre("TP_StopSave(" + id + ")", "TP_Stop(" + id + ")"));
+}
+
+TEST_F(PlayerTest, wheelStepsDownwardsInSingleFrameModeOnly)
+{
+    play();
+    const auto steps = [] { return calls("TP_FrameForward").size(); };
+    turnWheel(-120);
+    ask(LD_Pause, R"({"wndIndex":0})");
+    turnWheel(-120);
+    EXPECT_EQ(steps(), 0U);
+    ask(LD_FrameForward, R"({"wndIndex":0})");
+    turnWheel(120);
+    turnWheel(0);
+    EXPECT_EQ(steps(), 1U);
+    engine_double::answer("TP_FrameForward", -1);
+    turnWheel(-120);
+    turnWheel(-120);
+    EXPECT_EQ(steps(), 3U);
+    EXPECT_EQ(player()->playStatus(), Player::FrameStepping);
+}
+
+TEST_F(PlayerTest, speedAndVolumeAreTheEngines)
+{
+    EXPECT_EQ(Player(&main()).playSpeed(), 0.0F);
+    engine_double::give("TP_GetScale", {0.125});
+    engine_double::answer("TP_GetVolume", 0x12345);
+    play();
+    EXPECT_EQ(player()->playSpeed(), 0.125F);
+    EXPECT_EQ(player()->volume(), 0x2345);
+}
+
+// What the fisheye layer draws, as seen from a draw hook.
+struct Overlay : quillmark::lumen_deck::IFisheyeOverlay
+{
+    void DrawFishEyeBox(void* drawContext) override { drawn.push_back(drawContext); }
+    void DrawFishWndId(void*) override { drawn.push_back(nullptr); }
+    std::vector<void*> drawn;
+};
+
+TEST_F(PlayerTest, drawHookDrawsOverThePlayingWindow)
+{
+    const int id = play();
+    Overlay overlay;
+    auto& directory = quillmark::lumen_deck::WindowDirectory::instance();
+    EXPECT_TRUE(engine_double::drawFrame(id, nullptr)) << "nothing but shapes";
+    directory.setOverlay(window(), &overlay);
+    EXPECT_TRUE(engine_double::drawFrame(id, &overlay));
+    EXPECT_THAT(overlay.drawn, ElementsAre(&overlay, nullptr));
+    directory.setOverlay(window(), nullptr);
+    ask(LD_Stop, R"({"wndIndex":0})");
+    EXPECT_FALSE(engine_double::drawFrame(id, nullptr));
+}
+
+} // namespace

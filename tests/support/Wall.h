@@ -1,0 +1,131 @@
+#pragma once
+
+#include "include/lumen_deck/lumen_deck.h"
+#include "src/local_info.h"
+#include "tests/double/EngineDouble.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+// A wall on the engine double, driven as a host drives it, with documents as text.
+namespace wall {
+
+struct Answer
+{
+    bool null = true;
+    QJsonObject object;
+
+    int code() const { return object["errorCode"].toInt(); }
+    std::string message() const { return object["errorMessage"].toString().toStdString(); }
+};
+
+inline Answer take(QJsonDocument* document)
+{
+    const Answer answer{document == nullptr, document ? document->object() : QJsonObject()};
+    LD_Release(document);
+    return answer;
+}
+
+inline QJsonDocument json(const QByteArray& text)
+{
+    return QJsonDocument::fromJson(text);
+}
+
+struct Event
+{
+    QWidget* mainWindow;
+    QJsonObject object;
+};
+
+// The calls of the engine since `from`, as "name(argument, argument)", without those that come at their own times.
+inline std::vector<std::string> engineCalls(std::size_t from = 0)
+{
+    static const std::set<std::string> left = {"TP_GetLastError", "TP_WndResolutionChange", "TP_SetMessageHandler"};
+    std::vector<std::string> lines;
+    const std::vector<engine_double::Call> calls = engine_double::calls();
+    for (std::size_t i = from; i < calls.size(); ++i) {
+        std::string line;
+        for (const std::string& argument : calls[i].arguments)
+            line += (line.empty() ? "" : ", ") + argument;
+        if (left.count(calls[i].name) == 0)
+            lines.push_back(calls[i].name + "(" + line + ")");
+    }
+    return lines;
+}
+
+inline void configure(const QByteArray& settings)
+{
+    const LocalInfo settingsFile;
+    delete settingsFile.ReadLocalFile();
+    const QJsonDocument request = json("{\"localConfig\":" + settings + "}");
+    settingsFile.WriteLocalFile(&request);
+}
+
+// Four windows, default settings, and the stream events that came.
+class WallTest : public ::testing::Test
+{
+protected:
+    using WithWidget = QJsonDocument* (*)(QWidget*, const QJsonDocument*);
+
+    void SetUp() override
+    {
+        engine_double::reset();
+        QFile::remove(QString::fromLocal8Bit(qgetenv("PWD")) + "/.HarborKit/local.json");
+        take(LD_Initialize(&main()));
+        arrange(R"({"type":2})");
+        events().clear();
+        LD_InstallEventCallback(LD_EVENT_STREAM, [](LD_EventType, QWidget* mainWindow, const QJsonDocument* document) {
+            const std::lock_guard lock(eventLock());
+            events().push_back({mainWindow, document->object()});
+        });
+    }
+
+    void TearDown() override { LD_InstallEventCallback(LD_EVENT_STREAM, nullptr); }
+
+    QWidget& main() { return *main_; }
+    void destroyMain() { main_.reset(); }
+
+    Answer ask(WithWidget function, const QByteArray& request)
+    {
+        const QJsonDocument document = json(request);
+        return take(function(&main(), &document));
+    }
+
+    void arrange(const QByteArray& request) { ASSERT_TRUE(ask(LD_ArrangeWindow, request).null); }
+
+    // Plays in window 0; answers the play id. What was called until then is forgotten.
+    int play(const QByteArray& url = "rtsp://camera/channels/1")
+    {
+        const Answer answer = ask(LD_Play, R"({"wndIndex":0,"auth":"a:b","url":")" + url + "\"}");
+        EXPECT_TRUE(answer.null) << answer.message();
+        const std::vector<int> live = engine_double::livePlays();
+        return live.empty() ? -1 : live.back();
+    }
+
+    static std::vector<Event>& events()
+    {
+        static std::vector<Event> instance;
+        return instance;
+    }
+
+private:
+    static std::mutex& eventLock()
+    {
+        static std::mutex instance;
+        return instance;
+    }
+
+    std::unique_ptr<QWidget> main_ = std::make_unique<QWidget>();
+};
+
+} // namespace wall
