@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QLoggingCategory>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@ int main(int argc, char** argv)
     ::testing::InitGoogleTest(&argc, argv);
     QTemporaryDir root;
     qputenv("PWD", root.path().toLocal8Bit());
+    QLoggingCategory::setFilterRules("default.debug=false"); // a line for every call
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

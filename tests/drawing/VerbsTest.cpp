@@ -1,0 +1,131 @@
+#include "tests/drawing/DrawingWall.h"
+
+namespace {
+
+using wall::DrawingTest;
+
+class Verbs : public DrawingTest
+{
+protected:
+    void addAll()
+    {
+        ask(LD_SetRectInfo, R"({"rectInfo":[{"id":1,"points":[[0.1,0.1],[0.1,0.2],[0.2,0.2],[0.2,0.1]]},
+                                            {"id":2,"points":[[0.3,0.3],[0.3,0.4],[0.4,0.4],[0.4,0.3]]}]})");
+        ask(LD_SetPolygonInfo, R"({"polygonInfo":[{"id":3,"points":[[0.5,0.5],[0.6,0.5],[0.6,0.6]]}]})");
+        ask(LD_SetLineInfo, R"({"lineInfo":[{"id":4,"lineType":2,"points":[[0.1,0.9],[0.2,0.9],[0.3,0.8]]},
+                                            {"id":5,"points":[[0.7,0.7],[0.8,0.8]]}]})");
+        ask(LD_SetPointInfo, R"({"pointInfo":[{"id":6,"points":[0.5,0.1]}]})");
+        ask(LD_SetGridInfo, R"({"gridInfo":{"gridMap":"ff","gridColNum":22,"gridRowNum":18}})");
+    }
+    int count() { return static_cast<int>(view().getGraphics().size()); }
+};
+
+TEST_F(Verbs, linesAreListedBeforeBrokenLines)
+{
+    addAll();
+    const QJsonArray all = lines();
+    ASSERT_EQ(all.size(), 2);
+    EXPECT_EQ(all[0].toObject()["id"].toInt(), 5);
+    EXPECT_EQ(all[1].toObject()["id"].toInt(), 4);
+}
+
+TEST_F(Verbs, clearWhatTheirWordSays)
+{
+    struct Row
+    {
+        QByteArray request;
+        int byType; // shapes left of the seven
+        int byId;
+    };
+    const Row rows[] = {
+        {R"({"type":"RECT","id":[2]})", 6, 6},
+        {R"({"type":"rect"})", 5, 7},
+        {R"({"type":"polygon","id":[1]})", 7, 7},
+        {R"({"type":"line","id":[4,5]})", 5, 5},
+        {R"({"type":"line"})", 5, 7},
+        {R"({"type":"grid","id":[9]})", 6, 7},
+        {R"({"type":"all","id":[1,4]})", 0, 5},
+        {R"({"type":"allWindows"})", 0, 7},
+        {R"({"type":"circle","id":[1]})", 7, 7},
+        {R"({"id":[1]})", 7, 7},
+        {R"({"type":"point","id":"6"})", 6, 7},
+    };
+    for (const Row& row : rows) {
+        for (const auto& [verb, left] : {std::pair{LD_ClearShapeByType, row.byType}, {LD_ClearShapeById, row.byId}}) {
+            wall::take(LD_ClearGraphics(&main()));
+            addAll();
+            ASSERT_EQ(count(), 7);
+            EXPECT_TRUE(ask(verb, row.request).null);
+            EXPECT_EQ(count(), left) << row.request.toStdString();
+        }
+    }
+}
+
+TEST_F(Verbs, selectingGoesByIdWhateverTheWord)
+{
+    addAll();
+    const auto selected = [&] {
+        QList<int> ids;
+        for (const auto& shape : view().getGraphics()) {
+            if (shape->selected)
+                ids.append(shape->id);
+        }
+        return ids;
+    };
+    EXPECT_TRUE(ask(LD_SelectShape, R"({"type":"rect","id":3})").null);
+    EXPECT_EQ(selected(), QList<int>{3});
+    EXPECT_TRUE(ask(LD_SelectShape, R"({"type":"grid","id":1})").null);
+    EXPECT_EQ(selected(), QList<int>{3}) << "grids are not selected";
+    EXPECT_TRUE(ask(LD_SelectShape, R"({"type":"line","id":0})").null);
+    EXPECT_TRUE(selected().isEmpty());
+}
+
+TEST_F(Verbs, aBadShapeKeepsTheOnesBeforeIt)
+{
+    const wall::Answer answer = ask(LD_SetRectInfo, R"({"rectInfo":[
+        {"id":1,"points":[[0.1,0.1],[0.1,0.2],[0.2,0.2],[0.2,0.1]]}, {"id":2}, {"id":3,"points":[[0,0],[0,1],[1,1],[1,0]]}]})");
+    EXPECT_EQ(answer.message(), "an required field is missing from json object, required key is points");
+    EXPECT_EQ(rectangles().size(), 1);
+    for (const char* const nothing : {"{}", R"({"rectInfo":[]})", R"({"rectInfo":5})", "[]", ""})
+        EXPECT_TRUE(ask(LD_SetRectInfo, nothing).null);
+    EXPECT_EQ(rectangles().size(), 1);
+}
+
+TEST_F(Verbs, aShapeUnderTheIdOfTheRunningToolEndsIt)
+{
+    take("Rect", R"({"id":4})");
+    ask(LD_SetPolygonInfo, R"({"polygonInfo":[{"id":4,"points":[[0.5,0.5],[0.6,0.5],[0.6,0.6]]}]})");
+    EXPECT_TRUE(view().current_tool_);
+    ask(LD_SetRectInfo, R"({"rectInfo":[{"id":4,"points":[[0.1,0.1],[0.1,0.2],[0.2,0.2],[0.2,0.1]]}]})");
+    EXPECT_FALSE(view().current_tool_);
+    EXPECT_EQ(count(), 1) << "the rectangle takes the polygon's place";
+}
+
+TEST_F(Verbs, overlaysComeAndGoTogether)
+{
+    EXPECT_TRUE(ask(LD_SetTextOverlay, R"({"overlayInfo":{"width":352,
+        "channelName":{"name":"gate","enable":true,"point":[0.1,0.1]},
+        "text":[{"bad":true},{"text":"hall","id":1,"enable":true,"point":[0.2,0.1]}]}})")
+                    .null)
+        << "the last text decides";
+    const QJsonObject info = wall::take(LD_GetTextOverlay(&main())).object["overlayInfo"].toObject();
+    EXPECT_EQ(info["channelName"].toObject()["name"].toString(), "gate");
+    EXPECT_FALSE(info.contains("date"));
+    ASSERT_EQ(info["text"].toArray().size(), 1);
+    EXPECT_EQ(info["text"].toArray()[0].toObject()["id"].toInt(), 1);
+    EXPECT_TRUE(ask(LD_SetTextOverlay, "{}").null);
+    EXPECT_EQ(count(), 0);
+}
+
+TEST_F(Verbs, withoutAWindowEachAnswersInItsOwnWay)
+{
+    arrange(R"({"custom":{"windows":[]}})");
+    EXPECT_EQ(ask(LD_SetRectInfo, R"({"rectInfo":[{}]})").message(), "can not find graphics view of target widget");
+    EXPECT_EQ(ask(LD_SetDrawCallback, R"({"enable":true,"type":"Rect"})").message(), "can not find graphics view");
+    EXPECT_EQ(wall::take(LD_GetRectInfo(&main())).message(), "internal error can not find graphics view");
+    EXPECT_TRUE(ask(LD_SetDrawStatus, R"({"enable":true})").null);
+    EXPECT_TRUE(ask(LD_SetDrawShapeInfo, R"({"drawType":"Rect"})").null);
+    EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"choosed"})").object["clearedShapeId"].toInt(), -1);
+}
+
+} // namespace
