@@ -1,11 +1,12 @@
 #include "src/interface/Export.h"
+#include "src/interface/Services.h"
 
-LUMEN_UNAVAILABLE_D(LD_StartUpgrade)
-LUMEN_UNAVAILABLE_D(LD_StopUpgrade)
-LUMEN_UNAVAILABLE_D(LD_UpgradeStatus)
-LUMEN_UNAVAILABLE_D(LD_UpgradeProgress)
-LUMEN_UNAVAILABLE_D(LD_StartDownload)
-LUMEN_UNAVAILABLE_D(LD_StopDownload)
-LUMEN_UNAVAILABLE_D(LD_GetDownloadProgress)
-LUMEN_UNAVAILABLE_D(LD_GetDownloadStatus)
-LUMEN_UNAVAILABLE_D(LD_GetDownloadInfo)
+LUMEN_EXPORT_D(LD_StartUpgrade, onUpDownload<&UpDownload::StartUpgrade>)
+LUMEN_EXPORT_D(LD_StopUpgrade, onUpDownload<&UpDownload::StopUpgrade>)
+LUMEN_EXPORT_D(LD_UpgradeStatus, onUpDownload<&UpDownload::UpgradeStatus>)
+LUMEN_EXPORT_D(LD_UpgradeProgress, onUpDownload<&UpDownload::UpgradeProgress>)
+LUMEN_EXPORT_D(LD_StartDownload, onUpDownload<&UpDownload::StartDownload>)
+LUMEN_EXPORT_D(LD_StopDownload, onUpDownload<&UpDownload::StopDownload>)
+LUMEN_EXPORT_D(LD_GetDownloadProgress, onUpDownload<&UpDownload::GetDownloadProgress>)
+LUMEN_EXPORT_D(LD_GetDownloadStatus, onUpDownload<&UpDownload::GetDownloadStatus>)
+LUMEN_EXPORT_D(LD_GetDownloadInfo, onUpDownload<&UpDownload::GetDownloadInfo>)
