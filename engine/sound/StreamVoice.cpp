@@ -10,10 +10,12 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Clock::duration kFarthestAhead = 10s; // what is due later has a broken time stamp
-constexpr Clock::duration kJitter = 40ms;       // of due times within running sound
-constexpr std::size_t kLongestQueue = 512;      // chunks: some ten seconds of common codecs
-constexpr Clock::duration kCutOff = 10ms;       // from running sound to silence
-constexpr float kFadeSeconds = 0.02f;           // from silence to full volume
+constexpr Clock::duration kJitter = 80ms;       // of due times within running sound
+constexpr Clock::duration kLongestLatency = 250ms;
+constexpr Clock::duration kMargin = 30ms;  // that late sound gets, so that what follows is not late again
+constexpr std::size_t kLongestQueue = 512; // chunks: some ten seconds of common codecs
+constexpr Clock::duration kCutOff = 10ms;  // from running sound to silence
+constexpr float kFadeSeconds = 0.02f;      // from silence to full volume
 
 std::size_t sampleCount(Clock::duration length, SoundFormat format)
 {
@@ -126,16 +128,22 @@ void StreamVoice::fetch(std::vector<float>& out, SoundFormat format, TimePoint h
     isContinuing_ = isContinuing_ && filled == out.size();
 }
 
-// How many samples of silence come before the chunk; where it is late, its beginning is dropped. Sound that runs is
-// left alone within the jitter of its time stamps, since every correction is heard.
+// How many samples of silence come before the chunk. Sound that runs is left alone within the jitter of its time
+// stamps, since every correction is heard. Sound that comes late, as that of a live stream without a buffer does, is
+// heard later altogether; where it is too late for that, its beginning is dropped.
 std::size_t StreamVoice::align(Chunk& chunk, TimePoint head)
 {
     const Clock::duration early = chunk.nextDue() - head;
-    if (isContinuing_ && early < kJitter && early > -kJitter)
+    const Clock::duration deviation = early + latency_;
+    if (isContinuing_ && deviation < kJitter && deviation > -kJitter)
         return 0;
-    const std::size_t late = sampleCount(-early, chunk.format);
-    chunk.used = std::min(chunk.samples.size(), chunk.used + late);
-    return sampleCount(early, chunk.format);
+    constexpr auto kNone = Clock::duration::zero();
+    if (early >= kNone)
+        latency_ = kNone;
+    else if (deviation < kNone)
+        latency_ = -early <= kLongestLatency ? kMargin - early : kNone;
+    chunk.used = std::min(chunk.samples.size(), chunk.used + sampleCount(-early - latency_, chunk.format));
+    return sampleCount(early + latency_, chunk.format);
 }
 
 std::size_t StreamVoice::take(Chunk& chunk, std::vector<float>& out, std::size_t from)

@@ -68,6 +68,8 @@ private:
     std::deque<Chunk> queue_;   // queueMutex_; by due time
     bool isContinuing_ = false; // queueMutex_; the last sample that the bus got was ours
 
+    Clock::duration latency_{}; // queueMutex_; by which all is heard after its due time
+
     float gain_ = 0;             // mixer thread; follows the volume
     std::vector<float> fetched_; // mixer thread
 };

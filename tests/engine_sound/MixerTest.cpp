@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <filesystem>
@@ -234,6 +235,26 @@ TEST(Mixer, lateAndAbsurdlyTimedAndBrokenSoundIsDropped)
 
     const Played played(files);
     EXPECT_NEAR(played.peak(0, kRate), 0.4, 0.01);
+}
+
+TEST(Mixer, soundThatIsAlwaysALittleLateIsHeardLaterButWhole)
+{
+    AlsaFiles files;
+    auto mixer = std::make_unique<Mixer>();
+    const auto voice = mixer->makeVoice();
+    mixer->open(voice);
+    const FramePtr frame = level(0.4, 20ms);
+    const TimePoint start = Clock::now();
+    for (int i = 0; i < 30; ++i) {
+        std::this_thread::sleep_until(start + i * 20ms);
+        voice->push(*frame, start + i * 20ms - 100ms);
+    }
+    std::this_thread::sleep_for(300ms);
+    mixer.reset();
+
+    const Played played(files);
+    const auto isHeard = [](double sample) { return sample > 0.001; };
+    EXPECT_GT(std::count_if(played.samples.begin(), played.samples.end(), isHeard), kRate / 2);
 }
 
 TEST(Mixer, hasAThreadOnlyWhileAVoiceIsOpen)
