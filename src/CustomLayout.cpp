@@ -47,9 +47,11 @@ CustomLayout::~CustomLayout()
         delete item;
 }
 
+// The widget has its place before it is shown: it would flash at another one.
 void CustomLayout::addWidget(QWidget* widget, Cell cell)
 {
     addChildWidget(widget);
+    widget->setGeometry(placeOf(cell, parentWidget()->size()));
     cells_.append(std::move(cell));
     items_.append(new QWidgetItem(widget));
     invalidate();

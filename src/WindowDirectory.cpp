@@ -4,7 +4,8 @@
 
 namespace quillmark::lumen_deck {
 
-struct WindowDirectory::Entry {
+struct WindowDirectory::Entry
+{
     IGraphicsView* view = nullptr;
     IFisheyeOverlay* overlay = nullptr;
     Place place;

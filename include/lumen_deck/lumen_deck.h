@@ -27,7 +27,7 @@ extern "C" {
 #endif
 
 /* What an event callback is told. Types 2, 5, 7 and 8 come from the drawing layer. */
-enum LD_EventType {
+enum LD_EventType : int {
     LD_EVENT_SELECTED = 0,       /* a cell became the selected one: {"wndInfo": {"wndIndex": n}} */
     LD_EVENT_DOUBLE_CLICKED = 1, /* {"wndIndex": n} */
     LD_EVENT_SHAPE_FINISHED = 2, /* the shape's own document */

@@ -79,12 +79,8 @@ template <class Operation> QJsonDocument* answerOf(Operation operation)
         return callExported(#name, route_of::name, body);                                                              \
     }
 
-#define LUMEN_UNAVAILABLE(name, ...)                                                                                   \
-    QJsonDocument* name(__VA_ARGS__)                                                                                   \
-    {                                                                                                                  \
-        return quillmark::lumen_deck::unavailable(#name);                                                              \
-    }
-#define LUMEN_UNAVAILABLE_WD(name) LUMEN_UNAVAILABLE(name, QWidget*, const QJsonDocument*)
-#define LUMEN_UNAVAILABLE_W(name) LUMEN_UNAVAILABLE(name, QWidget*)
-#define LUMEN_UNAVAILABLE_D(name) LUMEN_UNAVAILABLE(name, const QJsonDocument*)
-#define LUMEN_UNAVAILABLE_N(name) LUMEN_UNAVAILABLE(name, )
+#define LUMEN_UNAVAILABLE_OPERATION(name) [](const auto&...) { return unavailable(#name); }
+#define LUMEN_UNAVAILABLE_WD(name) LUMEN_EXPORT_WD(name, LUMEN_UNAVAILABLE_OPERATION(name))
+#define LUMEN_UNAVAILABLE_W(name) LUMEN_EXPORT_W(name, LUMEN_UNAVAILABLE_OPERATION(name))
+#define LUMEN_UNAVAILABLE_D(name) LUMEN_EXPORT_D(name, LUMEN_UNAVAILABLE_OPERATION(name))
+#define LUMEN_UNAVAILABLE_N(name) LUMEN_EXPORT_N(name, LUMEN_UNAVAILABLE_OPERATION(name))

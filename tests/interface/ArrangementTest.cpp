@@ -1,0 +1,154 @@
+#include "src/interface/Arrangement.h"
+#include "src/LayoutDetail.h"
+#include "src/LayoutManager.h"
+#include "tests/support/Wall.h"
+
+#include <QCoreApplication>
+#include <QHBoxLayout>
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace quillmark::lumen_deck;
+
+namespace {
+
+class ArrangementTest : public wall::WallTest
+{
+protected:
+    int count() { return LD_WindowCount(&main()); }
+    QRect windowAfterResize(QSize size)
+    {
+        main().show();
+        main().resize(size);
+        return Layout(&main()).getPlayWindow(0)->geometry();
+    }
+};
+
+TEST_F(ArrangementTest, GridsAreComputedRowByRow)
+{
+    const QJsonArray grid = makeLayout(3, 2);
+    ASSERT_EQ(grid.size(), 9);
+    const QJsonObject fifth = grid[4].toObject();
+    EXPECT_EQ(fifth["wndIndex"], 4);
+    EXPECT_EQ(fifth["ratio"], 2);
+    EXPECT_EQ(fifth["left"], 1.0 / 3);
+    EXPECT_EQ(fifth["top"], 1.0 / 3);
+    EXPECT_EQ(fifth["width"], 1.0 / 3);
+    EXPECT_EQ(grid[7].toObject()["left"], 1.0 / 3);
+    EXPECT_EQ(grid[7].toObject()["top"], 2.0 / 3);
+    EXPECT_TRUE(makeLayout(0, 0).isEmpty());
+    EXPECT_TRUE(makeLayout(-1, 0).isEmpty());
+}
+
+TEST_F(ArrangementTest, TypeOrCustomLayout)
+{
+    arrange(R"({"type":3})");
+    EXPECT_EQ(count(), 9);
+    arrange(R"({"custom":[],"type":1})");
+    EXPECT_EQ(count(), 1);
+    arrange(R"({"custom":[{"left":0,"top":0,"width":1,"height":1},{}],"type":9})");
+    EXPECT_EQ(count(), 2);
+    arrange(R"({"custom":{"windows":[]},"type":2})");
+    EXPECT_EQ(count(), 0);
+    arrange(R"({"custom":7,"type":4})");
+    EXPECT_EQ(count(), 16);
+
+    const char* refused = "LD_ArrangeWindow only accept type 1,2,3,4";
+    EXPECT_EQ(ask(LD_ArrangeWindow, R"({"type":5})").message(), refused);
+    EXPECT_EQ(ask(LD_ArrangeWindow, R"({"type":"2"})").message(), refused);
+    EXPECT_EQ(ask(LD_ArrangeWindow, "{}").message(),
+              "an required field is missing from json object, required key is type");
+    EXPECT_EQ(ask(LD_ArrangeWindow, "[]").message(), "ArrangeWindow json descriptor should be json object");
+    EXPECT_EQ(ask(LD_ArrangeWindow, R"({"custom":[{"left":"x"}],"type":1})").code(), 500);
+    EXPECT_EQ(count(), 16);
+}
+
+TEST_F(ArrangementTest, RatioOfAGridIsTheConfiguredOne)
+{
+    wall::configure(R"({"playWndType":"4"})");
+    arrange(R"({"type":1})");
+    EXPECT_EQ(windowAfterResize({200, 102}), QRect(50, 1, 100, 100));
+    wall::configure(R"({"playWndType":"wide"})");
+    arrange(R"({"type":1})");
+    EXPECT_EQ(windowAfterResize({300, 102}), QRect(1, 1, 298, 100));
+}
+
+TEST_F(ArrangementTest, RatioAndResolutionCountAtTheNextResize)
+{
+    arrange(R"({"type":1})");
+    main().resize(202, 402);
+    main().show();
+    const QRect filled = Layout(&main()).getPlayWindow(0)->geometry();
+    EXPECT_TRUE(ask(LD_SetWndResolution, R"({"wndIndex":0,"width":100,"height":50})").null);
+    EXPECT_EQ(Layout(&main()).getPlayWindow(0)->geometry(), filled);
+    EXPECT_TRUE(ask(LD_SetWndRatioMode, R"({"wndIndex":0,"mode":3})").null);
+    EXPECT_EQ(windowAfterResize({202, 402}), QRect(1, 151, 200, 100));
+    EXPECT_TRUE(ask(LD_SetWndRatioMode, R"({"wndIndex":0,"mode":7})").null);
+    EXPECT_EQ(windowAfterResize({202, 403}), QRect(1, 1, 200, 401));
+
+    EXPECT_TRUE(ask(LD_SetWndRatioMode, R"({"wndIndex":12,"mode":1})").null);
+    EXPECT_TRUE(ask(LD_SetWndResolution, R"({"wndIndex":12,"width":1,"height":1})").null);
+    EXPECT_EQ(ask(LD_SetWndRatioMode, "[]").message(), "SetWndRatioMode json descriptor should be json object");
+    EXPECT_EQ(ask(LD_SetWndResolution, "[]").message(), "SetWndResolution json descriptor should be json object");
+    EXPECT_EQ(ask(LD_SetWndResolution, R"({"wndIndex":0})").message(),
+              "an required field is missing from json object, required key is width");
+}
+
+TEST_F(ArrangementTest, AccessorsAnswerForAWindowByItsIndex)
+{
+    LD_HideWindow(&main(), 2);
+    EXPECT_TRUE(LD_IsWindowHidden(&main(), 2));
+    LD_ShowWindow(&main(), 2);
+    EXPECT_FALSE(LD_IsWindowHidden(&main(), 2));
+    LD_HideWindow(&main(), 4);
+    EXPECT_FALSE(LD_IsWindowHidden(&main(), 4));
+    EXPECT_EQ(wall::take(LD_Uninitialize(&main())).null, true);
+    EXPECT_EQ(count(), 4);
+
+    QJsonDocument* layout = LD_QueryLayout(&main());
+    ASSERT_NE(layout, nullptr);
+    EXPECT_TRUE(layout->isEmpty());
+    LD_Release(layout);
+}
+
+// The engine is started once in a process, so this runs in a process of its own.
+[[noreturn]] void startThreeTimes()
+{
+    engine_double::reset();
+    engine_double::answer("TP_InitLib", -1);
+    engine_double::lastError(17);
+    QWidget one;
+    QWidget two;
+    const wall::Answer failed = wall::take(LD_Initialize(&one));
+    engine_double::reset();
+    const wall::Answer started = wall::take(LD_Initialize(&one));
+    const wall::Answer second = wall::take(LD_Initialize(&two));
+    std::fprintf(stderr, "failed %d, started %d, second %d, windows %d %d, init %zu of %s\n", failed.code(),
+                 started.null, second.null, LD_WindowCount(&one), LD_WindowCount(&two),
+                 engine_double::calls("TP_InitLib").size(),
+                 engine_double::calls("TP_InitLib").front().arguments.front().c_str());
+    std::_Exit(0);
+}
+
+TEST(Initialize, StartsTheEngineOnceAndBuildsTheWallWithoutIt)
+{
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const std::string folder = QCoreApplication::applicationDirPath().toStdString();
+    EXPECT_EXIT(startThreeTimes(), ::testing::ExitedWithCode(0),
+                ::testing::HasSubstr("failed 17, started 1, second 1, windows 1 1, init 1 of " + folder));
+}
+
+TEST(Initialize, RefusesAForeignLayoutAndNoWindow)
+{
+    QWidget main;
+    auto* foreign = new QHBoxLayout(&main);
+    EXPECT_EQ(wall::take(LD_Initialize(&main)).code(), 501);
+    EXPECT_EQ(main.layout(), foreign);
+    EXPECT_EQ(LD_WindowCount(&main), 0);
+    EXPECT_EQ(wall::take(LD_Initialize(nullptr)).code(), 502);
+}
+
+} // namespace

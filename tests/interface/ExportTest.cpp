@@ -1,0 +1,91 @@
+#include "include/lumen_deck/lumen_deck.h"
+#include "tests/support/Wall.h"
+
+#include <QProcess>
+#include <QStringList>
+
+#include <set>
+#include <string>
+
+namespace {
+
+const std::set<std::string> allNames = {
+#define LUMEN_DECK_WD(name, route) #name,
+#define LUMEN_DECK_W(name, route) #name,
+#define LUMEN_DECK_D(name, route) #name,
+#define LUMEN_DECK_N(name, route) #name,
+#define LUMEN_DECK_OWN(name, route) #name,
+#include "include/lumen_deck/functions.def"
+};
+
+struct WithDocument
+{
+    const char* name;
+    QJsonDocument* (*function)(QWidget*, const QJsonDocument*);
+};
+const WithDocument withDocument[] = {
+#define LUMEN_DECK_WD(name, route) {#name, &name},
+#include "include/lumen_deck/functions.def"
+};
+
+struct WithWidget
+{
+    const char* name;
+    QJsonDocument* (*function)(QWidget*);
+};
+const WithWidget withWidget[] = {
+#define LUMEN_DECK_W(name, route) {#name, &name},
+#include "include/lumen_deck/functions.def"
+};
+
+TEST(Export, LibraryShowsTheListedFunctionsAndNoOther)
+{
+    QProcess nm;
+    nm.start("nm", {"-D", "--defined-only", LUMEN_DECK_LIBRARY});
+    ASSERT_TRUE(nm.waitForFinished());
+    std::set<std::string> exported;
+    for (const QString& line : QString::fromLocal8Bit(nm.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts)) {
+        const QStringList words = line.split(' ', Qt::SkipEmptyParts);
+        if (words.at(1) != "A") // the version's own name
+            exported.insert(words.at(2).section('@', 0, 0).toStdString());
+    }
+    EXPECT_EQ(exported, allNames);
+    EXPECT_EQ(exported.size(), 104u);
+}
+
+TEST(Export, NoMainWindowIsAnsweredWithAnError)
+{
+    const QJsonDocument request = wall::json("{}");
+    for (const WithDocument& row : withDocument)
+        EXPECT_EQ(wall::take(row.function(nullptr, &request)).code(), 502) << row.name;
+    for (const WithWidget& row : withWidget)
+        EXPECT_EQ(wall::take(row.function(nullptr)).code(), 502) << row.name;
+    LD_Release(nullptr);
+    LD_HideWindow(nullptr, 0);
+    LD_ShowWindow(nullptr, 0);
+    EXPECT_FALSE(LD_IsWindowHidden(nullptr, 0));
+    EXPECT_FALSE(LD_IsWindowPlaying(nullptr, 0));
+    EXPECT_EQ(LD_WindowCount(nullptr), 0);
+    EXPECT_EQ(LD_WndResolutionChange(nullptr), -1);
+}
+
+// Null, no document, an array where an object belongs, and an object where every value is wrong.
+TEST(Export, BadDocumentsChangeNoWindow)
+{
+    QWidget main;
+    wall::take(LD_Initialize(&main));
+    const QJsonDocument empty;
+    const QJsonDocument array = wall::json("[[[1]]]");
+    const QJsonDocument wrong =
+        wall::json(R"({"wndIndex":{},"type":[],"windows":7,"custom":3,"url":null,"mode":true})");
+    for (const WithDocument& row : withDocument) {
+        for (const QJsonDocument* request : {static_cast<const QJsonDocument*>(nullptr), &empty, &array})
+            wall::take(row.function(&main, request));
+        if (std::string(row.name) != "LD_SetLayout") // where an object without windows is a layout of none
+            wall::take(row.function(&main, &wrong));
+        EXPECT_EQ(LD_WindowCount(&main), 1) << row.name;
+        EXPECT_FALSE(LD_IsWindowPlaying(&main, 0)) << row.name;
+    }
+}
+
+} // namespace

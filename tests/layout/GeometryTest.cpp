@@ -1,0 +1,182 @@
+#include "src/CustomLayout.h"
+#include "src/LayoutDetail.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <ostream>
+#include <vector>
+
+// So that a failure shows the rectangle.
+static void PrintTo(const QRect& r, std::ostream* out)
+{
+    *out << r.x() << "," << r.y() << " " << r.width() << "x" << r.height();
+}
+
+using namespace quillmark::lumen_deck;
+
+namespace {
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+struct Fit
+{
+    QSize cell;
+    int mode;
+    QSize resolution;
+    QRect window;
+};
+
+TEST(FitPlayWindow, FollowsTheRatioMode)
+{
+    const QSize none(0, 0);
+    const Fit table[] = {
+        {{102, 102}, 0, none, {1, 1, 100, 100}},
+        {{400, 200}, 1, none, {68, 1, 264, 198}},
+        {{200, 400}, 1, none, {1, 126, 198, 148}},
+        {{400, 300}, 1, none, {1, 1, 398, 298}},
+        {{400, 200}, 2, none, {24, 1, 352, 198}},
+        {{200, 400}, 2, none, {1, 144, 198, 111}},
+        {{400, 202}, 3, {352, 288}, {78, 1, 244, 200}},
+        {{102, 400}, 3, {704, 576}, {1, 159, 100, 81}},
+        {{400, 200}, 3, none, {1, 1, 398, 198}},
+        {{400, 200}, 3, {-16, -9}, {1, 1, 398, 198}},
+        {{102, 402}, 3, {2147483647, 2147483647}, {1, 151, 100, 100}},
+        {{202, 402}, 4, none, {1, 101, 200, 200}},
+        {{402, 202}, 4, none, {101, 1, 200, 200}},
+        {{102, 102}, 4, none, {1, 1, 100, 100}},
+    };
+    for (const Fit& row : table)
+        EXPECT_EQ(fitPlayWindow(row.cell, row.mode, row.resolution), row.window)
+            << row.mode << " in " << row.cell.width() << "x" << row.cell.height();
+    for (int mode = 0; mode <= 4; ++mode)
+        EXPECT_LE(fitPlayWindow({0, 0}, mode, {1, 1}).width(), 0) << mode;
+    EXPECT_TRUE(fitPlayWindow({100, 100}, 5, none).isNull());
+}
+
+class CustomLayoutTest : public ::testing::Test
+{
+protected:
+    using Rects = std::vector<QRect>;
+
+    QWidget* add(double left, double top, double width, double height, int layer = 0, bool dragable = false)
+    {
+        Cell cell;
+        cell.left = left;
+        cell.top = top;
+        cell.width = width;
+        cell.height = height;
+        cell.layer = layer;
+        cell.dragable = dragable;
+        auto* widget = new QWidget(&main_);
+        layout_->addWidget(widget, cell);
+        widget->show();
+        return widget;
+    }
+
+    Rects rectsIn(int width, int height)
+    {
+        layout_->setGeometry({0, 0, width, height});
+        Rects rects;
+        for (int i = 0; i < layout_->count(); ++i)
+            rects.push_back(layout_->itemAt(i)->widget()->geometry());
+        return rects;
+    }
+
+    QRect afterDrag(int index, QPointF delta)
+    {
+        layout_->updateWidget(&delta, index, {});
+        return layout_->itemAt(index)->widget()->geometry();
+    }
+
+    QWidget main_;
+    CustomLayout* layout_ = new CustomLayout(&main_, -1, -1, -1);
+};
+
+TEST_F(CustomLayoutTest, EachEdgeIsTruncatedByItself)
+{
+    add(0, 0, 1.0 / 3, 1);
+    add(1.0 / 3, 0, 1.0 / 3, 1);
+    add(2.0 / 3, 0, 1.0 / 3, 0.5);
+    EXPECT_EQ(rectsIn(100, 51), (Rects{{0, 0, 33, 51}, {33, 0, 33, 51}, {66, 0, 33, 25}}));
+    EXPECT_EQ(rectsIn(101, 9)[1], QRect(33, 0, 33, 9));
+    EXPECT_EQ(layout_->sizeHint(), QSize(100, 100));
+}
+
+TEST_F(CustomLayoutTest, ASingleVisibleCellTakesTheWholeArea)
+{
+    EXPECT_EQ(rectsIn(101, 101), Rects{});
+    QWidget* corner = add(0, 0, 0.5, 0.5);
+    EXPECT_EQ(rectsIn(101, 101), (Rects{{0, 0, 101, 101}}));
+    QWidget* other = add(0.5, 0.5, 0.5, 0.5);
+    EXPECT_EQ(rectsIn(101, 101), (Rects{{0, 0, 50, 50}, {50, 50, 50, 50}}));
+    corner->hide();
+    EXPECT_EQ(rectsIn(101, 101)[1], QRect(0, 0, 101, 101));
+    corner->show();
+    EXPECT_EQ(rectsIn(101, 101), (Rects{{0, 0, 50, 50}, {50, 50, 50, 50}}));
+    other->hide();
+    corner->hide();
+    layout_->setGeometry({0, 0, 77, 77});
+    EXPECT_EQ(corner->geometry(), QRect(0, 0, 50, 50));
+}
+
+TEST_F(CustomLayoutTest, FractionsHaveNoLimit)
+{
+    add(0.5, 0.25, 2, 0.5);
+    add(1e300, 0.5, 1e18, 1e-300);
+    add(nan, inf, inf, nan);
+    EXPECT_EQ(rectsIn(100, 100), (Rects{{50, 25, 200, 50},
+                                        {QWIDGETSIZE_MAX, 50, QWIDGETSIZE_MAX, 0},
+                                        {0, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX, 0}}));
+    add(-1e300, -inf, -1, -1e300);
+    EXPECT_TRUE(rectsIn(100, 100)[3].isEmpty());
+}
+
+TEST_F(CustomLayoutTest, CellsOfLayerZeroLieAboveTheOthersInListOrder)
+{
+    QWidget* front = add(0, 0, 1, 1, 0);
+    QWidget* back = add(0, 0, 1, 1, 1);
+    QWidget* top = add(0, 0, 1, 1, 0);
+    rectsIn(10, 10);
+    const auto order = [&] { return main_.findChildren<QWidget*>(); };
+    EXPECT_EQ(order(), (QList<QWidget*>{back, front, top}));
+    front->raise();
+    rectsIn(10, 10);
+    EXPECT_EQ(order(), (QList<QWidget*>{back, front, top}));
+}
+
+TEST_F(CustomLayoutTest, ADragStaysInsideOrIsDroppedWhole)
+{
+    add(0, 0.5, 0.25, 0.25, 0, true);
+    add(0.5, 0.5, 0.25, 0.25, 0, false);
+    rectsIn(100, 100);
+    const QRect start(0, 50, 25, 25);
+    EXPECT_EQ(afterDrag(0, {-0.01, 0.1}), start);
+    EXPECT_EQ(afterDrag(0, {0.1, -0.51}), start);
+    EXPECT_EQ(afterDrag(0, {0.76, 0}), start);
+    EXPECT_EQ(afterDrag(0, {0, 0.26}), start);
+    EXPECT_EQ(afterDrag(0, {nan, 0}), start);
+    EXPECT_EQ(afterDrag(0, {0.75, 0.25}), QRect(75, 75, 25, 25));
+    EXPECT_EQ(afterDrag(1, {0.1, 0.1}), QRect(50, 50, 25, 25));
+    QPointF delta(0.1, 0.1);
+    layout_->updateWidget(&delta, -1, {});
+    layout_->updateWidget(&delta, 2, {});
+}
+
+TEST_F(CustomLayoutTest, ItemsAreTakenAndRemoved)
+{
+    QWidget* first = add(0, 0, 0.5, 1);
+    add(0.5, 0, 0.5, 1);
+    add(0.25, 0, 0.5, 1);
+    EXPECT_EQ(layout_->itemAt(-1), nullptr);
+    EXPECT_EQ(layout_->itemAt(3), nullptr);
+    EXPECT_EQ(layout_->takeAt(3), nullptr);
+    const std::unique_ptr<QLayoutItem> item(layout_->itemAt(0));
+    layout_->removeItem(item.get());
+    layout_->removeItem(item.get());
+    EXPECT_EQ(item->widget(), first);
+    EXPECT_EQ(rectsIn(100, 10), (Rects{{50, 0, 50, 10}, {25, 0, 50, 10}}));
+}
+
+} // namespace
