@@ -6,6 +6,8 @@ namespace tide {
 
 namespace {
 
+using Source = std::array<const char*, 3>;
+
 constexpr const char* kVertex = R"(#version 120
 varying vec2 at;
 void main()
@@ -15,7 +17,7 @@ void main()
 }
 )";
 
-constexpr const char* kFragmentHead = R"(#version 120
+constexpr const char* kPlanesHead = R"(#version 120
 uniform sampler2D plane0, plane1, plane2;
 uniform mat3 matrix;
 uniform vec3 offset;
@@ -23,15 +25,7 @@ uniform vec2 chromaSize;
 varying vec2 at;
 )";
 
-constexpr const char* kThreePlanes = R"(
-vec2 chroma(vec2 place) { return vec2(texture2D(plane1, place).r, texture2D(plane2, place).r); }
-)";
-
-constexpr const char* kInterleaved = R"(
-vec2 chroma(vec2 place) { return texture2D(plane1, place).ra; }
-)";
-
-constexpr const char* kFragmentMain = R"(
+constexpr const char* kPlanesMain = R"(
 void main()
 {
     vec3 yuv = vec3(texture2D(plane0, at).r, chroma(at * chromaSize));
@@ -39,10 +33,32 @@ void main()
 }
 )";
 
-bool attachShader(GLuint program, GLenum kind, std::initializer_list<const char*> source)
+constexpr const char* kPacked = R"(#version 120
+uniform sampler2D plane0;
+varying vec2 at;
+void main()
+{
+    gl_FragColor = texture2D(plane0, at);
+}
+)";
+
+Source fragmentSource(PictureLayout layout)
+{
+    switch (layout) {
+    case PictureLayout::ThreePlanes:
+        return {kPlanesHead, "vec2 chroma(vec2 p) { return vec2(texture2D(plane1, p).r, texture2D(plane2, p).r); }",
+                kPlanesMain};
+    case PictureLayout::TwoPlanes:
+        return {kPlanesHead, "vec2 chroma(vec2 p) { return texture2D(plane1, p).ra; }", kPlanesMain};
+    default:
+        return {kPacked, "", ""};
+    }
+}
+
+bool attachShader(GLuint program, GLenum kind, const Source& source)
 {
     const GLuint shader = glCreateShader(kind);
-    glShaderSource(shader, static_cast<GLsizei>(source.size()), source.begin(), nullptr);
+    glShaderSource(shader, static_cast<GLsizei>(source.size()), source.data(), nullptr);
     glCompileShader(shader);
     GLint compiled = GL_FALSE;
     glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
@@ -86,27 +102,32 @@ void drawQuad(const Span& x, const Span& y)
 
 void FlatProjection::draw(const FrameTexture& picture, const std::optional<Region>& part)
 {
-    Shader& shader = shaders_[picture.interleaved() ? 1 : 0];
-    if (!shader.built && !build(shader, picture.interleaved()))
+    Shader& shader = shaders_[static_cast<std::size_t>(picture.layout())];
+    if (!shader.built && !build(shader, picture.layout()))
         return;
     picture.bind();
     glUseProgram(shader.program.get());
-    const ColourMatrix& colours = picture.colours();
-    glUniformMatrix3fv(shader.matrix, 1, GL_TRUE, colours.matrix.data());
-    glUniform3fv(shader.offset, 1, colours.offset.data());
-    glUniform2f(shader.chromaSize, picture.chroma().pictureWidth, picture.chroma().pictureHeight);
+    if (picture.layout() != PictureLayout::Packed)
+        setColours(shader, picture);
     const Region whole{0, 0, picture.width(), picture.height()};
     const Region shown = part.value_or(whole);
     drawQuad(spanOf(shown.left, shown.right, picture.width()), spanOf(shown.top, shown.bottom, picture.height()));
     glUseProgram(0);
 }
 
-bool FlatProjection::build(Shader& shader, bool interleaved)
+void FlatProjection::setColours(const Shader& shader, const FrameTexture& picture)
+{
+    const ColourMatrix& colours = picture.colours();
+    glUniformMatrix3fv(shader.matrix, 1, GL_TRUE, colours.matrix.data());
+    glUniform3fv(shader.offset, 1, colours.offset.data());
+    glUniform2f(shader.chromaSize, picture.chroma().pictureWidth, picture.chroma().pictureHeight);
+}
+
+bool FlatProjection::build(Shader& shader, PictureLayout layout)
 {
     const GLuint program = shader.program.make();
-    const bool compiled = attachShader(program, GL_VERTEX_SHADER, {kVertex}) &&
-                          attachShader(program, GL_FRAGMENT_SHADER,
-                                       {kFragmentHead, interleaved ? kInterleaved : kThreePlanes, kFragmentMain});
+    const bool compiled = attachShader(program, GL_VERTEX_SHADER, {kVertex, "", ""}) &&
+                          attachShader(program, GL_FRAGMENT_SHADER, fragmentSource(layout));
     GLint linked = GL_FALSE;
     glLinkProgram(program);
     glGetProgramiv(program, GL_LINK_STATUS, &linked);
@@ -118,9 +139,9 @@ bool FlatProjection::build(Shader& shader, bool interleaved)
     shader.offset = glGetUniformLocation(program, "offset");
     shader.chromaSize = glGetUniformLocation(program, "chromaSize");
     glUseProgram(program);
-    glUniform1i(glGetUniformLocation(program, "plane0"), 0);
-    glUniform1i(glGetUniformLocation(program, "plane1"), 1);
-    glUniform1i(glGetUniformLocation(program, "plane2"), 2);
+    constexpr std::array<const char*, 3> samplers{"plane0", "plane1", "plane2"};
+    for (std::size_t unit = 0; unit < samplers.size(); ++unit)
+        glUniform1i(glGetUniformLocation(program, samplers[unit]), static_cast<GLint>(unit));
     return shader.built = true;
 }
 

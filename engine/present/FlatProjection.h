@@ -24,9 +24,10 @@ private:
         bool built = false;
     };
 
-    static bool build(Shader& shader, bool interleaved);
+    static void setColours(const Shader& shader, const FrameTexture& picture);
+    static bool build(Shader& shader, PictureLayout layout);
 
-    std::array<Shader, 2> shaders_; // three planes; two planes with interleaved chroma
+    std::array<Shader, 3> shaders_; // by layout
 };
 
 } // namespace tide

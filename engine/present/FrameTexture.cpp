@@ -1,5 +1,7 @@
 #include "engine/present/FrameTexture.h"
 
+#include <string_view>
+
 namespace tide {
 
 namespace {
@@ -11,10 +13,38 @@ bool fitsTexture(const AVFrame& frame)
     return frame.width > 0 && frame.height > 0 && frame.width <= most && frame.height <= most;
 }
 
-void allocate(int width, int height, GLenum format)
+bool isSoftwareRenderer()
 {
-    const GLint internal = format == GL_LUMINANCE ? GL_LUMINANCE8 : GL_LUMINANCE8_ALPHA8;
-    glTexImage2D(GL_TEXTURE_2D, 0, internal, width, height, 0, format, GL_UNSIGNED_BYTE, nullptr);
+    const auto* text = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+    const std::string_view name = text == nullptr ? "" : text;
+    for (const char* software : {"llvmpipe", "softpipe", "Software Rasterizer"}) {
+        if (name.find(software) != std::string_view::npos)
+            return true;
+    }
+    return false;
+}
+
+struct SampleFormat
+{
+    GLenum format;
+    GLint internal;
+};
+
+SampleFormat formatOf(int bytes)
+{
+    switch (bytes) {
+    case 1:
+        return {GL_LUMINANCE, GL_LUMINANCE8};
+    case 2:
+        return {GL_LUMINANCE_ALPHA, GL_LUMINANCE8_ALPHA8};
+    default:
+        return {GL_RGBA, GL_RGBA8};
+    }
+}
+
+void allocate(int width, int height, const SampleFormat& sample)
+{
+    glTexImage2D(GL_TEXTURE_2D, 0, sample.internal, width, height, 0, sample.format, GL_UNSIGNED_BYTE, nullptr);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
@@ -23,50 +53,58 @@ void allocate(int width, int height, GLenum format)
 
 } // namespace
 
-bool FrameTexture::update(const Picture& picture)
+bool FrameTexture::update(const Picture& picture, PackBuffer& buffer)
 {
-    if (serial_ == picture.serial)
-        return drawable_;
-    serial_ = picture.serial;
-    const AVFrame* frame = picture.frame.get();
-    drawable_ = frame != nullptr && fitsTexture(*frame);
-    if (drawable_ && !isDrawable(*frame)) {
-        frame = converter_.convert(*frame);
-        drawable_ = frame != nullptr;
+    if (serial_ != picture.serial) {
+        serial_ = picture.serial;
+        drawable_ = picture.frame && fitsTexture(*picture.frame) && load(*picture.frame, buffer);
     }
-    if (drawable_)
-        upload(*frame);
     return drawable_;
 }
 
-void FrameTexture::upload(const AVFrame& frame)
+bool FrameTexture::load(const AVFrame& frame, PackBuffer& buffer)
 {
+    static const bool software = isSoftwareRenderer();
+    layout_ = layoutFor(frame, software);
     width_ = frame.width;
     height_ = frame.height;
-    colours_ = colourMatrixOf(frame);
-    chroma_ = chromaPlaneOf(frame);
-    interleaved_ = hasInterleavedChroma(frame);
     glActiveTexture(GL_TEXTURE0);
-    uploadPlane(frame, 0, width_, height_, GL_LUMINANCE);
-    uploadPlane(frame, 1, chroma_.width, chroma_.height, interleaved_ ? GL_LUMINANCE_ALPHA : GL_LUMINANCE);
-    if (!interleaved_)
-        uploadPlane(frame, 2, chroma_.width, chroma_.height, GL_LUMINANCE);
+    if (layout_ == PictureLayout::Packed) {
+        const AVFrame* packed = packer_.pack(frame, buffer);
+        if (packed == nullptr)
+            return false;
+        upload(*packed, 0, width_, height_, 4);
+    } else {
+        uploadPlanes(frame);
+    }
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+    return true;
 }
 
-void FrameTexture::uploadPlane(const AVFrame& frame, std::size_t index, int width, int height, GLenum format)
+void FrameTexture::uploadPlanes(const AVFrame& frame)
+{
+    colours_ = colourMatrixOf(frame);
+    chroma_ = chromaPlaneOf(frame);
+    upload(frame, 0, width_, height_, 1);
+    upload(frame, 1, chroma_.width, chroma_.height, layout_ == PictureLayout::TwoPlanes ? 2 : 1);
+    if (layout_ == PictureLayout::ThreePlanes)
+        upload(frame, 2, chroma_.width, chroma_.height, 1);
+}
+
+void FrameTexture::upload(const AVFrame& frame, std::size_t index, int width, int height, int bytes)
 {
     Plane& plane = planes_[index];
+    const SampleFormat sample = formatOf(bytes);
     glBindTexture(GL_TEXTURE_2D, plane.texture.make());
-    if (plane.width != width || plane.height != height || plane.format != format) {
-        allocate(width, height, format);
+    if (plane.width != width || plane.height != height || plane.bytes != bytes) {
+        allocate(width, height, sample);
         plane.width = width;
         plane.height = height;
-        plane.format = format;
+        plane.bytes = bytes;
     }
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    glPixelStorei(GL_UNPACK_ROW_LENGTH, frame.linesize[index] / (format == GL_LUMINANCE ? 1 : 2));
-    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, width, height, format, GL_UNSIGNED_BYTE, frame.data[index]);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, frame.linesize[index] / bytes);
+    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, width, height, sample.format, GL_UNSIGNED_BYTE, frame.data[index]);
 }
 
 void FrameTexture::bind() const

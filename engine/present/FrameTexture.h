@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/present/Gl.h"
-#include "engine/present/PlanarPicture.h"
+#include "engine/present/PictureLayout.h"
 #include "engine/stream/PictureSource.h"
 
 #include <array>
@@ -10,20 +10,20 @@
 
 namespace tide {
 
-// The planes of one stream's picture in OpenGL, uploaded once for all its windows. Render thread, context current.
+// One stream's picture in OpenGL, uploaded once for all its windows. Render thread, context current.
 class FrameTexture
 {
 public:
     // Uploads the picture unless it is the one that is there. False when it cannot be drawn.
-    bool update(const Picture& picture);
+    [[nodiscard]] bool update(const Picture& picture, PackBuffer& buffer);
 
     int width() const { return width_; }
     int height() const { return height_; }
-    bool interleaved() const { return interleaved_; }
-    const ColourMatrix& colours() const { return colours_; }
-    const ChromaPlane& chroma() const { return chroma_; }
+    PictureLayout layout() const { return layout_; }
+    const ColourMatrix& colours() const { return colours_; } // of planes
+    const ChromaPlane& chroma() const { return chroma_; }    // of planes
 
-    // Binds luma and chroma to the texture units 0, 1 and 2.
+    // Binds the planes of the layout to the texture units from 0 on.
     void bind() const;
 
 private:
@@ -32,19 +32,20 @@ private:
         GlTexture texture;
         int width = 0;
         int height = 0;
-        GLenum format = 0;
+        int bytes = 0; // a sample
     };
 
-    void upload(const AVFrame& frame);
-    void uploadPlane(const AVFrame& frame, std::size_t index, int width, int height, GLenum format);
+    bool load(const AVFrame& frame, PackBuffer& buffer);
+    void uploadPlanes(const AVFrame& frame);
+    void upload(const AVFrame& frame, std::size_t index, int width, int height, int bytes);
 
     std::array<Plane, 3> planes_;
-    PictureConverter converter_;
+    PicturePacker packer_;
+    PictureLayout layout_ = PictureLayout::Packed;
     ColourMatrix colours_;
     ChromaPlane chroma_;
     int width_ = 0;
     int height_ = 0;
-    bool interleaved_ = false;
     bool drawable_ = false;
     std::optional<std::uint64_t> serial_;
 };

@@ -326,7 +326,7 @@ bool Stage::paint(View& view, const Picture& picture)
         return false;
     }
     glViewport(0, 0, view.width, view.height);
-    if (!view.feed->texture.update(picture))
+    if (!view.feed->texture.update(picture, packBuffer_))
         return false;
     flat_.draw(view.feed->texture, view.region);
     return true;

@@ -60,6 +60,7 @@ private:
     std::unique_ptr<XConnection> connection_;
     GlxContexts contexts_;
     FlatProjection flat_;
+    PackBuffer packBuffer_;
     std::vector<std::shared_ptr<View>> views_;
     // Let go as soon as no hook runs.
     std::vector<std::shared_ptr<View>> removed_;
