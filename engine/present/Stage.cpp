@@ -55,7 +55,7 @@ bool Stage::add(int viewId, Window window, std::shared_ptr<PictureSource> source
     auto view = std::make_shared<View>();
     view->id = viewId;
     view->window = window;
-    view->feed = feedOf(std::move(source));
+    view->channel = channelOf(std::move(source));
     connection_->watch(window);
     // Read after the events were asked for: no change is missed.
     const std::optional<WindowLook> look = connection_->look(window);
@@ -127,15 +127,15 @@ View* Stage::find(int viewId) const
     return nullptr;
 }
 
-std::shared_ptr<Feed> Stage::feedOf(std::shared_ptr<PictureSource> source) const
+std::shared_ptr<Channel> Stage::channelOf(std::shared_ptr<PictureSource> source) const
 {
     for (const auto& view : views_) {
-        if (view->feed->source == source)
-            return view->feed;
+        if (view->channel->source == source)
+            return view->channel;
     }
-    auto feed = std::make_shared<Feed>();
-    feed->source = std::move(source);
-    return feed;
+    auto channel = std::make_shared<Channel>();
+    channel->source = std::move(source);
+    return channel;
 }
 
 // Surfaces and textures must not be current when they go.
@@ -252,28 +252,28 @@ TimePoint Stage::work()
     return TimePoint::min();
 }
 
-// Every feed gives its due picture even when nobody sees it: the stream goes on. Answers when the next one is due.
+// Every channel gives its due picture even when nobody sees it: the stream goes on. Answers when the next one is due.
 TimePoint Stage::takeDue(TimePoint now)
 {
     TimePoint next = TimePoint::max();
     for (const auto& view : views_) {
-        Feed& feed = *view->feed;
-        const TimePoint due = feed.source->nextDue();
+        Channel& channel = *view->channel;
+        const TimePoint due = channel.source->nextDue();
         if (due <= now)
-            take(feed, due, now);
+            take(channel, due, now);
         else
             next = std::min(next, due);
     }
     return next;
 }
 
-void Stage::take(Feed& feed, TimePoint due, TimePoint now)
+void Stage::take(Channel& channel, TimePoint due, TimePoint now)
 {
-    if (!feed.source->take(now))
+    if (!channel.source->take(now))
         return;
-    feed.lastTaken = now;
+    channel.lastTaken = now;
     for (const auto& view : views_) {
-        if (view->feed.get() == &feed)
+        if (view->channel.get() == &channel)
             view->want(due);
     }
 }
@@ -296,7 +296,7 @@ std::pair<std::shared_ptr<View>, TimePoint> Stage::nextStill() const
         if (!view->hook || !view->drawnSerial || !view->canBeSeen())
             continue;
         const TimePoint due =
-            std::max({view->lastDrawn + kStillInterval, view->feed->lastTaken + kStandsAfter, stillNotBefore_});
+            std::max({view->lastDrawn + kStillInterval, view->channel->lastTaken + kStandsAfter, stillNotBefore_});
         if (!first.first || std::tie(due, view->lastDrawn) < std::tie(first.second, first.first->lastDrawn))
             first = {view, due};
     }
@@ -307,7 +307,7 @@ void Stage::draw(View& view)
 {
     view.wanted.reset();
     view.lastDrawn = Clock::now();
-    const PicturePtr picture = view.feed->source->current();
+    const PicturePtr picture = view.channel->source->current();
     if (!picture || !paint(view, *picture))
         return;
     runHook(view);
@@ -326,9 +326,9 @@ bool Stage::paint(View& view, const Picture& picture)
         return false;
     }
     glViewport(0, 0, view.width, view.height);
-    if (!view.feed->texture.update(picture, packBuffer_))
+    if (!view.channel->texture.update(picture, packBuffer_))
         return false;
-    flat_.draw(view.feed->texture, view.region);
+    flat_.draw(view.channel->texture, view.region);
     return true;
 }
 

@@ -40,7 +40,7 @@ private:
     explicit Stage(std::unique_ptr<XConnection> connection);
 
     View* find(int viewId) const;
-    std::shared_ptr<Feed> feedOf(std::shared_ptr<PictureSource> source) const;
+    std::shared_ptr<Channel> channelOf(std::shared_ptr<PictureSource> source) const;
     void bury();
 
     void handle(const XEvent& event);
@@ -50,7 +50,7 @@ private:
     void lose(View& view);
 
     TimePoint takeDue(TimePoint now);
-    void take(Feed& feed, TimePoint due, TimePoint now);
+    void take(Channel& channel, TimePoint due, TimePoint now);
     std::shared_ptr<View> longestWaiting() const;
     std::pair<std::shared_ptr<View>, TimePoint> nextStill() const;
     void draw(View& view);

@@ -11,20 +11,20 @@
 namespace tide {
 
 // One stream as the presenter sees it: where its pictures come from and the planes that all its views draw.
-struct Feed
+struct Channel
 {
     std::shared_ptr<PictureSource> source;
     FrameTexture texture;
     TimePoint lastTaken; // when it last gave a new picture
 };
 
-// One window that shows a feed. Render thread only.
+// One window that shows a channel. Render thread only.
 struct View
 {
     int id = 0;
     Window window = kNoXid;
     std::vector<Window> ancestors;
-    std::shared_ptr<Feed> feed;
+    std::shared_ptr<Channel> channel;
     std::unique_ptr<GlxSurface> surface; // null when the window has died
     std::optional<Region> region;
     std::shared_ptr<const DrawHook> hook;
