@@ -1,0 +1,2 @@
+#include <lumen_deck/lumen_deck.h>
+#include <lumen_deck/lumen_deck.h>

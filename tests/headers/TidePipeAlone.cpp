@@ -1,0 +1,2 @@
+#include <tide_pipe/tide_pipe.h>
+#include <tide_pipe/tide_pipe.h>
