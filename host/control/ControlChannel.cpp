@@ -1,6 +1,8 @@
 #include "host/control/ControlChannel.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
 
 #include <utility>
 
@@ -11,6 +13,7 @@ namespace {
 constexpr int kLongestLine = 16 << 20;
 constexpr int kOpenRequests = 1024; // a faster writer is not read from until some are answered
 constexpr size_t kWorkers = 64;
+constexpr int kDialogMs = 200;
 
 } // namespace
 
@@ -87,6 +90,7 @@ void ControlChannel::onInputEnd()
         const std::lock_guard guard(lock_);
         inputEnded_ = true;
     }
+    QMetaObject::invokeMethod(this, &ControlChannel::dismissDialogs, Qt::QueuedConnection);
     endIfDone();
 }
 
@@ -143,6 +147,14 @@ void ControlChannel::workOnNext()
     carryOut(request);
     busy_ = false;
     wake();
+}
+
+// Once the input has ended, nobody may be there to answer a dialog that a call has opened.
+void ControlChannel::dismissDialogs()
+{
+    if (QWidget* dialog = busy_ ? QApplication::activeModalWidget() : nullptr)
+        dialog->close();
+    QTimer::singleShot(kDialogMs, this, &ControlChannel::dismissDialogs);
 }
 
 void ControlChannel::carryOut(const Request& request)

@@ -51,6 +51,7 @@ private:
     // main thread
     void wake();
     void workOnNext();
+    void dismissDialogs();
     void carryOut(const Request& request);
     Reply perform(const CallRequest& call);
     Reply perform(const StatusRequest& status);

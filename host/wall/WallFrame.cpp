@@ -1,19 +1,8 @@
 #include "host/wall/WallFrame.h"
 
-#include <QCoreApplication>
 #include <QEvent>
 
 namespace quillmark::lumen_wall {
-
-namespace {
-
-QEvent::Type fitEvent()
-{
-    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
-    return type;
-}
-
-} // namespace
 
 WallFrame::WallFrame(QWidget* parent)
     : QWidget(parent)
@@ -30,21 +19,12 @@ void WallFrame::resizeEvent(QResizeEvent* event)
     fit();
 }
 
-// Not at once: the call that resized the wall relies on its cells having seen that size when it returns. But before
-// whatever else waits, so that nobody meets the wall at the odd size.
+// The wall's layout has seen the event before its filters do: the cells have had the size that the library wanted.
 bool WallFrame::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == wall_ && event->type() == QEvent::Resize && wall_->geometry() != rect())
-        QCoreApplication::postEvent(this, new QEvent(fitEvent()), Qt::HighEventPriority);
+    if (watched == wall_ && event->type() == QEvent::Resize)
+        fit();
     return QWidget::eventFilter(watched, event);
-}
-
-bool WallFrame::event(QEvent* event)
-{
-    if (event->type() != fitEvent())
-        return QWidget::event(event);
-    fit();
-    return true;
 }
 
 void WallFrame::fit()

@@ -96,20 +96,26 @@ TEST_F(CellBookTest, AStateMovesWithItsCellAndEndsWithIt)
     EXPECT_EQ(book.state(0).ratio, 0);
 }
 
-TEST(WallFrame, GivesTheWallItsSizeBackBeforeAnythingElseHappens)
+TEST(WallFrame, GivesTheWallItsSizeBackAfterItsCellsHaveSeenTheOther)
 {
+    struct Layout : QHBoxLayout
+    {
+        void setGeometry(const QRect& rect) override { seen.append(rect.size()); }
+        QList<QSize> seen;
+    };
     WallFrame frame;
+    auto* layout = new Layout;
+    frame.wall()->setLayout(layout);
     frame.resize(640, 480);
     frame.show();
+    QCoreApplication::processEvents();
     for (const QSize& odd : {QSize(641, 480), QSize(), QSize(2000, 2000)}) {
-        QSize seenByNext;
-        QObject context;
-        QMetaObject::invokeMethod(
-            &context, [&] { seenByNext = frame.wall()->size(); }, Qt::QueuedConnection);
+        layout->seen.clear();
         frame.wall()->resize(odd);
-        EXPECT_NE(frame.wall()->size(), frame.size());
-        QCoreApplication::processEvents();
-        EXPECT_EQ(seenByNext, QSize(640, 480));
+        EXPECT_EQ(frame.wall()->size(), QSize(640, 480));
+        ASSERT_EQ(layout->seen.size(), 2);
+        EXPECT_EQ(layout->seen[1], QSize(640, 480));
+        EXPECT_NE(layout->seen[0], layout->seen[1]);
     }
 }
 

@@ -1,0 +1,191 @@
+#include "tests/e2e/WallProgram.h"
+#include "tests/support/HttpServer.h"
+
+#include <include/lumen_deck/lumen_deck.h>
+
+#include <future>
+#include <gmock/gmock.h>
+
+namespace {
+
+// What the functions need to answer without help; all others get an empty object.
+const QHash<QString, QJsonObject> kArgs{
+    {"LD_HideWindow", {{"index", 0}}},
+    {"LD_ShowWindow", {{"index", 0}}},
+    {"LD_IsWindowHidden", {{"index", 0}}},
+    {"LD_IsWindowPlaying", {{"index", 0}}},
+    {"LD_WndResolutionChange", {{"index", 0}}},
+    {"LD_InstallEventCallback", {{"type", 6}, {"install", true}}},
+    {"LD_OpenDirectory", {{"dir", "/no/such/folder"}}},
+};
+
+} // namespace
+
+TEST(Control, EveryFunctionAnswersByName)
+{
+    const QStringList names{
+#define LUMEN_DECK_WD(name, route) #name,
+#define LUMEN_DECK_W(name, route) #name,
+#define LUMEN_DECK_D(name, route) #name,
+#define LUMEN_DECK_N(name, route) #name,
+#define LUMEN_DECK_OWN(name, route) #name,
+#include <include/lumen_deck/functions.def>
+    };
+    WallProgram wall;
+    for (const QString& name : names) { // on a worker no dialog waits for a person
+        QJsonObject line{{"call", name}, {"args", kArgs.value(name)}, {"thread", "worker"}};
+        QJsonObject answer = wall.request(line);
+        if (answer.value("error").toString().endsWith("main thread only")) {
+            line.remove("thread");
+            answer = wall.request(line);
+        }
+        EXPECT_TRUE(answer.contains("result")) << name.toStdString();
+    }
+    wall.call("LD_ArrangeWindow", QJsonObject{{"type", 2}});
+    EXPECT_EQ(wall.call("LD_WindowCount"), QJsonValue(4));
+    EXPECT_EQ(wall.call("LD_IsWindowHidden", QJsonObject{{"index", 5}}), QJsonValue(false));
+    EXPECT_EQ(wall.call("LD_Release"), QJsonValue(QJsonValue::Null));
+    EXPECT_EQ(wall.brokenLines(), 0);
+}
+
+TEST(Control, ABadLineIsAnsweredAndChangesNothing)
+{
+    WallProgram wall({"--grid", "2"});
+    const QJsonObject before = wall.status();
+    const QList<QByteArray> bad{"nonsense",
+                                "[1, 2]",
+                                "{\"call\": \"LD_Stop\"",
+                                "{\"call\": \"LD_Nothing\", \"args\": {}}",
+                                R"({"call": "LD_ArrangeWindow", "args": {"type": 4}, "thread": "elsewhere"})",
+                                R"({"call": "LD_HideWindow", "args": {"index": "0"}})",
+                                R"({"call": "LD_HideWindow", "args": {"index": 0}, "thread": "worker"})",
+                                QByteArray(100000, '['),
+                                "\xff\xfe\x01",
+                                R"({"screenshot": "/no/such/folder/a.png"})"};
+    for (const QByteArray& line : bad) {
+        wall.send(line);
+        EXPECT_TRUE(wall.answerWithoutId().contains("error")) << line.left(80).constData();
+    }
+    EXPECT_EQ(wall.status(), before);
+    EXPECT_TRUE(wall.end());
+    for (const QJsonObject& line : wall.lines())
+        EXPECT_TRUE(line.contains("event")) << "one answer a line";
+}
+
+TEST(Control, EventsCanBeTurnedOffAndOn)
+{
+    const auto relayout = [](WallProgram& wall) { // the second window comes first and is selected
+        wall.call("LD_SetLayout", QJsonArray{QJsonObject{{"wndIndex", 1}}, QJsonObject{{"wndIndex", 0}}});
+    };
+    const auto selections = [](const WallProgram& wall) {
+        return std::count_if(wall.lines().begin(), wall.lines().end(),
+                             [](const QJsonObject& line) { return line.value("event") == QJsonValue(0); });
+    };
+    WallProgram wall;
+    relayout(wall);
+    const auto heard = selections(wall);
+    EXPECT_GT(heard, 0);
+    EXPECT_EQ(wall.call("LD_InstallEventCallback", QJsonObject{{"type", 0}, {"install", false}}), QJsonValue(true));
+    relayout(wall);
+    EXPECT_EQ(selections(wall), heard);
+    EXPECT_EQ(wall.call("LD_InstallEventCallback", QJsonObject{{"type", 0}, {"install", true}}), QJsonValue(false));
+    relayout(wall);
+    EXPECT_GT(selections(wall), heard);
+}
+
+TEST(Control, WorkersRunSideBySideAndLinesStayWhole)
+{
+    constexpr int calls = 600;
+    std::promise<void> gate;
+    const std::shared_future<void> open = gate.get_future().share();
+    http_test::HttpServer device;
+    device.on("/config", [open](const http_test::Request&) {
+        open.wait();
+        return http_test::Response{};
+    });
+
+    WallProgram wall({"--grid", "2"});
+    const int slow = wall.sendCall("LD_ImportDeviceConfig",
+                                   {{"uploadUrl", QString::fromStdString(device.url("/config"))},
+                                    {"auth", ""},
+                                    {"filename", clip("config", "color=c=red:s=64x64:r=25", 1)}},
+                                   "worker");
+    QList<int> ids;
+    for (int i = 0; i < calls; ++i) {
+        const bool onWorker = i % 3 != 0;
+        ids.append(i % 2 == 0 ? wall.sendCall("LD_Pause", {{"wndIndex", i % 4}}, onWorker ? "worker" : "main")
+                              : wall.sendCall("LD_QueryLayout", {}, onWorker ? "worker" : "main"));
+    }
+    for (int i = 0; i < calls; ++i) {
+        const QJsonObject result = wall.answer(ids[i]).value("result").toObject();
+        EXPECT_EQ(result.value("errorCode").toInt(), i % 2 == 0 ? 501 : 0) << "call " << i;
+    }
+    for (const QJsonObject& line : wall.lines())
+        EXPECT_NE(line.value("id"), QJsonValue(slow)) << "still waits for its server";
+    gate.set_value();
+    EXPECT_TRUE(wall.answer(slow).contains("result"));
+    EXPECT_EQ(wall.brokenLines(), 0);
+}
+
+TEST(Control, MainThreadCallsKeepTheirOrder)
+{
+    WallProgram wall;
+    QList<int> ids;
+    for (int i = 0; i < 200; ++i)
+        ids.append(wall.sendCall(i % 2 ? "LD_HideWindow" : "LD_IsWindowHidden", {{"index", 0}}, "main"));
+    ASSERT_TRUE(wall.end());
+    QList<int> answered;
+    for (const QJsonObject& line : wall.lines()) {
+        if (line.contains("id"))
+            answered.append(line.value("id").toInt());
+    }
+    EXPECT_EQ(answered, ids) << "all are answered before the end, in order";
+}
+
+TEST(End, InputQuitDialogAndAReaderThatIsGone)
+{
+    WallProgram quits;
+    quits.send(R"({"id": 1, "quit": true})");
+    EXPECT_TRUE(quits.process().waitForFinished(10000));
+    EXPECT_EQ(quits.process().exitCode(), 0);
+
+    WallProgram asks;
+    const int dialog = asks.sendCall("LD_OpenFileBrowser", {{"mode", 1}}, "main");
+    EXPECT_EQ(asks.call("LD_CloseSound", QJsonObject(), "worker"), QJsonValue(QJsonValue::Null)) << "workers go on";
+    EXPECT_TRUE(asks.end()) << "nobody is left to answer the dialog";
+    EXPECT_EQ(asks.answer(dialog).value("result").toObject().value("filepath"), QJsonValue(""));
+
+    QProcess unread, reader;
+    unread.setStandardOutputProcess(&reader);
+    reader.start("head", {"-n", "1"});
+    unread.start(programPath("lumen-wall"), {"--control"});
+    for (int i = 0; i < 100 && unread.state() != QProcess::NotRunning; ++i) {
+        unread.write("{\"status\": true}\n");
+        unread.waitForFinished(100);
+    }
+    EXPECT_EQ(unread.state(), QProcess::NotRunning);
+    reader.waitForFinished();
+}
+
+TEST(End, TheProgramSaysWhatIsWrongWithItsCommandLine)
+{
+    QProcess process;
+    process.start(programPath("lumen-wall"), {"/no/such/film.mp4"});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_NE(process.exitCode(), 0);
+    EXPECT_THAT(process.readAllStandardError().toStdString(), ::testing::HasSubstr("there is no such file"));
+}
+
+TEST(End, ASetTimeEndsWithAScreenshot)
+{
+    const QString path = clip("seconds", "color=c=red:s=352x288:r=25", 30) + ".png";
+    QProcess process;
+    process.start(programPath("lumen-wall"), {"--seconds", "3", "--size", "640x480", "--no-names", "--screenshot", path,
+                                              clip("seconds", "color=c=red:s=352x288:r=25", 30)});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 0);
+    const QImage seen(path);
+    EXPECT_EQ(seen.size(), QSize(640, 480));
+    EXPECT_GT(seen.pixelColor(320, 240).red(), 220);
+    EXPECT_LT(seen.pixelColor(320, 240).green(), 30);
+}

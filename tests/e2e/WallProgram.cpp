@@ -1,0 +1,158 @@
+#include "tests/e2e/WallProgram.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int kAnswerMs = 30000;
+
+QString scratch(const QString& name)
+{
+    static const QTemporaryDir folder;
+    return folder.filePath(name);
+}
+
+} // namespace
+
+QString programPath(const QString& name)
+{
+    return QCoreApplication::applicationDirPath() + "/" + name;
+}
+
+bool eventually(const std::function<bool()>& condition, int waitMs)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition()) {
+        if (clock.elapsed() > waitMs)
+            return false;
+        QThread::msleep(50);
+    }
+    return true;
+}
+
+QString clip(const QString& name, const QString& filter, int seconds)
+{
+    const QString path = scratch(name + ".mp4");
+    if (QFile::exists(path))
+        return path;
+    const QStringList options{
+        "-nostdin", "-v",      "error",   "-f",        "lavfi", "-i", filter, "-t", QString::number(seconds),
+        "-c:v",     "libx264", "-preset", "ultrafast", "-bf",   "0",  "-g",   "25", "-pix_fmt",
+        "yuv420p",  path};
+    EXPECT_EQ(QProcess::execute("ffmpeg", options), 0);
+    return path;
+}
+
+WallProgram::WallProgram(const QStringList& options)
+{
+    process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process_.start(programPath("lumen-wall"), QStringList{"--control", "--log", "quiet"} + options);
+    EXPECT_TRUE(process_.waitForStarted());
+}
+
+WallProgram::~WallProgram()
+{
+    if (process_.state() == QProcess::NotRunning)
+        return;
+    EXPECT_TRUE(end()) << "the program does not end with its input";
+    process_.kill();
+    process_.waitForFinished();
+}
+
+QJsonValue WallProgram::call(const QString& function, const QJsonValue& args, const QString& thread)
+{
+    const QJsonObject answer = request({{"call", function}, {"args", args}, {"thread", thread}});
+    return answer.contains("result") ? answer.value("result") : answer;
+}
+
+QJsonObject WallProgram::request(QJsonObject line)
+{
+    line.insert("id", ++lastId_);
+    send(QJsonDocument(line).toJson(QJsonDocument::Compact));
+    return answer(lastId_);
+}
+
+QImage WallProgram::screenshot()
+{
+    const QString path = scratch("screenshot.png");
+    EXPECT_EQ(request({{"screenshot", path}}).value("result"), QJsonValue(QJsonValue::Null));
+    return QImage(path);
+}
+
+void WallProgram::send(const QByteArray& line)
+{
+    process_.write(line + '\n');
+    process_.waitForBytesWritten();
+}
+
+int WallProgram::sendCall(const QString& function, const QJsonObject& args, const QString& thread)
+{
+    const QJsonObject line{{"id", ++lastId_}, {"call", function}, {"args", args}, {"thread", thread}};
+    send(QJsonDocument(line).toJson(QJsonDocument::Compact));
+    return lastId_;
+}
+
+QJsonObject WallProgram::answer(int id)
+{
+    const auto found = take([=](const QJsonObject& line) { return line.value("id") == QJsonValue(id); }, kAnswerMs);
+    EXPECT_TRUE(found) << "no answer to " << id;
+    return found.value_or(QJsonObject());
+}
+
+QJsonObject WallProgram::answerWithoutId()
+{
+    const auto found = take([](const QJsonObject& line) { return line.value("id").isNull(); }, kAnswerMs);
+    return found.value_or(QJsonObject());
+}
+
+bool WallProgram::sawEvent(int type, int cell, int code, int waitMs)
+{
+    const auto matches = [=](const QJsonObject& line) {
+        const QJsonObject document = line.value("document").toObject();
+        return line.value("event") == QJsonValue(type) && document.value("wndIndex") == QJsonValue(cell) &&
+               document.value("eventType") == QJsonValue(code);
+    };
+    return take(matches, waitMs).has_value();
+}
+
+bool WallProgram::end(int waitMs)
+{
+    process_.closeWriteChannel();
+    const bool ended = process_.waitForFinished(waitMs);
+    read();
+    return ended && process_.exitStatus() == QProcess::NormalExit && process_.exitCode() == 0;
+}
+
+std::optional<QJsonObject> WallProgram::take(const Test& test, int waitMs)
+{
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        read();
+        for (int i = 0; i < lines_.size(); ++i) {
+            if (test(lines_[i]))
+                return lines_.takeAt(i);
+        }
+        const auto left = static_cast<int>(waitMs - clock.elapsed());
+        if (left <= 0 || (process_.state() == QProcess::NotRunning && !process_.canReadLine()))
+            return std::nullopt;
+        process_.waitForReadyRead(std::min(left, 200));
+    }
+}
+
+void WallProgram::read()
+{
+    while (process_.canReadLine()) {
+        const QJsonDocument line = QJsonDocument::fromJson(process_.readLine());
+        brokenLines_ += line.isObject() ? 0 : 1;
+        lines_.append(line.object());
+    }
+}
