@@ -83,12 +83,7 @@ bool PartFile::restart()
 
 bool PartFile::commit()
 {
-    return fsync(file_) == 0 && publish();
-}
-
-bool PartFile::publish()
-{
-    if (std::rename(part_.c_str(), path_.c_str()) != 0)
+    if (fsync(file_) != 0 || std::rename(part_.c_str(), path_.c_str()) != 0)
         return false;
     close();
     return true;

@@ -19,8 +19,7 @@ public:
     bool open(const std::string& path); // EBUSY: another download writes there
     bool write(std::string_view bytes);
     bool restart(); // empty again
-    bool publish(); // it takes its place
-    bool commit();  // the same, once the disk has it: a loss of power finds it whole
+    bool commit();
     void discard(); // nothing is left of it
 
     long long size() const { return size_; }

@@ -1,7 +1,10 @@
+#include "src/LayoutDetail.h"
 #include "tests/support/Wall.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QJsonArray>
+#include <QMouseEvent>
 
 #include <array>
 #include <atomic>
@@ -14,6 +17,7 @@
 #include <thread>
 
 using namespace std::chrono_literals;
+using quillmark::lumen_deck::IPlayWindow;
 
 namespace {
 
@@ -62,8 +66,8 @@ int roll(Dice& dice, int sides)
 using WithWidget = QJsonDocument* (*)(QWidget*, const QJsonDocument*);
 using WithDocument = QJsonDocument* (*)(const QJsonDocument*);
 
-// Any window of sixteen, and all keys that the functions want.
-QJsonDocument request(Dice& dice)
+// Any window of sixteen, with all keys that the functions want.
+QJsonDocument streamRequest(Dice& dice)
 {
     return QJsonDocument(QJsonObject{{"wndIndex", roll(dice, 16)},
                                      {"url", roll(dice, 2) ? "h/channels/1" : "h/tracks/1"},
@@ -77,6 +81,28 @@ QJsonDocument request(Dice& dice)
                                      {"type", 1 + roll(dice, 4)}});
 }
 
+QJsonDocument drawingRequest(Dice& dice)
+{
+    const double far = 0.5 + 0.1 * roll(dice, 5);
+    const QJsonArray corners = {QJsonArray{0.1, 0.1}, QJsonArray{far, 0.1}, QJsonArray{far, far}, QJsonArray{0.1, far}};
+    QJsonObject shape{{"wndIndex", roll(dice, 16)}, {"id", roll(dice, 3)}, {"text", "wall"}, {"enable", true}};
+    const QJsonObject date{{"timeFormat", "24hour"}, {"enable", true}};
+    shape["points"] = corners;
+    const QJsonArray areas{shape};
+    shape["points"] = QJsonArray{corners[0], corners[2]};
+    const QJsonArray lines{shape};
+    const QJsonObject overlays{{"date", date}, {"text", lines}};
+    const QString words[] = {"Rect", "Polygon", "Line", "all"};
+    return QJsonDocument(QJsonObject{{"wndIndex", roll(dice, 16)},
+                                     {"enable", roll(dice, 4) != 0},
+                                     {"rectInfo", areas},
+                                     {"polygonInfo", areas},
+                                     {"lineInfo", lines},
+                                     {"overlayInfo", overlays},
+                                     {"type", words[roll(dice, 4)]},
+                                     {"id", QJsonArray{roll(dice, 3)}}});
+}
+
 constexpr WithWidget streamFunctions[] = {LD_Play,
                                           LD_Play,
                                           LD_Play,
@@ -87,22 +113,32 @@ constexpr WithWidget streamFunctions[] = {LD_Play,
                                           LD_Fast,
                                           LD_Slow,
                                           LD_FrameForward,
-                                          LD_QueryPlayStatus,
-                                          LD_SetReconnectInfo,
                                           LD_SetHttps,
                                           LD_OpenSound,
                                           LD_SetVolume,
                                           LD_StartSave,
                                           LD_StopSave,
+                                          LD_QueryPlayStatus,
+                                          LD_SetReconnectInfo,
                                           LD_Snapshot,
                                           LD_GetOSDTime,
                                           LD_SetWndRatioMode};
+constexpr WithWidget drawingFunctions[] = {LD_SetRectInfo,    LD_SetPolygonInfo,  LD_SetLineInfo,
+                                           LD_SetTextOverlay, LD_SetDrawStatus,   LD_ClearShapeByType,
+                                           LD_SelectShape,    LD_SetDrawCallback, LD_EnableEZoom};
 
-void callStreamFunction(QWidget* mainWindow, Dice& dice)
+template <std::size_t Count>
+void callOneOf(const WithWidget (&functions)[Count], QWidget* mainWindow, const QJsonDocument& args, Dice& dice)
 {
-    const QJsonDocument args = request(dice);
-    const WithWidget function = streamFunctions[static_cast<std::size_t>(roll(dice, std::size(streamFunctions)))];
-    wall::take(function(mainWindow, &args));
+    wall::take(functions[roll(dice, Count)](mainWindow, &args));
+}
+
+void callWindowFunction(QWidget* mainWindow, Dice& dice)
+{
+    if (roll(dice, 2))
+        callOneOf(streamFunctions, mainWindow, streamRequest(dice), dice);
+    else
+        callOneOf(drawingFunctions, mainWindow, drawingRequest(dice), dice);
 }
 
 void callService(Dice& dice)
@@ -150,7 +186,7 @@ public:
         std::vector<std::thread> threads;
         for (unsigned i = 0; i < 3; ++i)
             threads.push_back(worker([dice = Dice(i + 1), this]() mutable {
-                roll(dice, 2) ? callService(dice) : callStreamFunction(lasting_.get(), dice);
+                roll(dice, 2) ? callService(dice) : callWindowFunction(lasting_.get(), dice);
             }));
         threads.push_back(worker([this] { draw(); }));
         threads.push_back(worker([this, dice = Dice(9)]() mutable { notify(dice); }));
@@ -237,10 +273,26 @@ private:
         case 5:
             main->resize(300 + roll(dice, 100), 200 + roll(dice, 100));
             break;
+        case 6:
+            drawByMouse(main, dice);
+            break;
         default:
-            callStreamFunction(passing_ ? passing_.get() : main, dice);
+            callWindowFunction(passing_ ? passing_.get() : main, dice);
             LD_IsWindowPlaying(main, roll(dice, 16));
             LD_IsWindowHidden(main, LD_WindowCount(main) - 1);
+        }
+    }
+
+    static void drawByMouse(QWidget* main, Dice& dice)
+    {
+        const QList<IPlayWindow*> windows = main->findChildren<IPlayWindow*>();
+        IPlayWindow* const window = windows.isEmpty() ? nullptr : windows.at(roll(dice, windows.size()));
+        for (const auto type :
+             {QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseMove, QEvent::MouseButtonRelease}) {
+            const QPointF at(roll(dice, 100), roll(dice, 100));
+            QMouseEvent event(type, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            if (window)
+                QApplication::sendEvent(window, &event);
         }
     }
 
@@ -260,6 +312,7 @@ Storm* Storm::theStorm = nullptr;
 TEST(StormTest, hostEngineAndMainThreadAtOnce)
 {
     const Watchdog watchdog(120s);
+    wall::silenceLog();
     engine_double::reset();
     {
         Storm storm;

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLoggingCategory>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -39,6 +40,12 @@ inline Answer take(QJsonDocument* document)
 inline QJsonDocument json(const QByteArray& text)
 {
     return QJsonDocument::fromJson(text);
+}
+
+// The library's log of calls; QT_LOGGING_RULES brings it back.
+inline void silenceLog()
+{
+    QLoggingCategory::setFilterRules("default.debug=false");
 }
 
 struct Event
@@ -79,6 +86,7 @@ protected:
 
     void SetUp() override
     {
+        silenceLog();
         engine_double::reset();
         QFile::remove(QString::fromLocal8Bit(qgetenv("PWD")) + "/.HarborKit/local.json");
         take(LD_Initialize(&main()));
