@@ -17,6 +17,8 @@ namespace {
 
 constexpr Microseconds kOpenTime = 10s;
 constexpr Microseconds kSilence = 10s; // a network source that sends nothing for so long is lost
+constexpr Microseconds kAnalysis = 1s; // of a network source's packets, before the first is shown
+constexpr Microseconds kShortAnalysis = 100ms;
 
 class Options
 {
@@ -54,6 +56,17 @@ bool isRegularFile(const std::string& path)
 bool isCover(const AVStream& stream)
 {
     return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
+}
+
+// A camera that has described its pictures need not be listened to for long before the first one is shown.
+Microseconds analysisTime(const AVFormatContext& demuxer)
+{
+    for (unsigned i = 0; i < demuxer.nb_streams; ++i) {
+        const AVCodecParameters& parameters = *demuxer.streams[i]->codecpar;
+        if (parameters.codec_type == AVMEDIA_TYPE_VIDEO && parameters.extradata_size == 0)
+            return kAnalysis;
+    }
+    return kShortAnalysis;
 }
 
 std::optional<Microseconds> creationTime(const AVFormatContext& demuxer)
@@ -96,6 +109,8 @@ MediaReader::Opened FormatReader::open()
     const int result = openInput();
     if (result == AVERROR_HTTP_UNAUTHORIZED || result == AVERROR_HTTP_FORBIDDEN)
         return Opened::Refused;
+    if (result >= 0 && isNetwork())
+        demuxer_->max_analyze_duration = analysisTime(*demuxer_).count();
     if (result < 0 || avformat_find_stream_info(demuxer_.get(), nullptr) < 0 || !choose())
         return Opened::No;
     describe();
@@ -110,7 +125,6 @@ int FormatReader::openInput()
         options.set("rtsp_transport", rtspTransport(setup_.protocol));
         options.set("allowed_media_types", "video+audio");
         options.set("buffer_size", "1048576");
-        options.set("analyzeduration", "1000000");
         options.set("fpsprobesize", "0");
     }
     if (setup_.address.scheme == Scheme::Http && !setup_.credential.header.empty())
@@ -173,9 +187,11 @@ MediaReader::Read FormatReader::read(AVPacket& packet)
         guard_.allow(kSilence);
         av_packet_unref(&packet);
         const int result = av_read_frame(demuxer_.get(), &packet);
+        if (guard_.hasTripped())
+            return Read::Broken;
         if (result == AVERROR(EAGAIN) && guard_.restUntil(Clock::now() + 10ms))
             continue;
-        if (result == AVERROR_EOF && !guard_.isStopped())
+        if (result == AVERROR_EOF)
             return Read::End;
         if (result < 0)
             return Read::Broken;

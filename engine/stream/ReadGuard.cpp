@@ -38,15 +38,20 @@ bool ReadGuard::rest()
     return !stopped_;
 }
 
+void ReadGuard::allow(Microseconds time)
+{
+    deadline_ = Clock::now() + time;
+    tripped_ = false;
+}
+
 int ReadGuard::interrupt(void* opaque)
 {
     auto& guard = *static_cast<ReadGuard*>(opaque);
-    if (guard.stopped_)
-        return 1;
     const TimePoint now = Clock::now();
-    if (guard.onTick_)
+    guard.tripped_ = guard.tripped_ || guard.stopped_ || now > guard.deadline_;
+    if (!guard.tripped_ && guard.onTick_)
         guard.onTick_(now);
-    return now > guard.deadline_ ? 1 : 0;
+    return guard.tripped_ ? 1 : 0;
 }
 
 } // namespace tide

@@ -19,7 +19,8 @@ public:
     void rouse(); // ends a rest before its time
 
     // The stream's thread. `onTick` runs some ten times a second while libavformat waits.
-    void allow(Microseconds time) { deadline_ = Clock::now() + time; }
+    void allow(Microseconds time);
+    bool hasTripped() const { return tripped_; } // since the last allow(); what libavformat read then is not whole
     void setOnTick(std::function<void(TimePoint)> onTick) { onTick_ = std::move(onTick); }
     bool restUntil(TimePoint end); // false when stopped meanwhile
     bool rest();                   // until it is roused; false when stopped
@@ -30,6 +31,7 @@ public:
 private:
     std::atomic<bool> stopped_{false};
     TimePoint deadline_ = TimePoint::max();
+    bool tripped_ = false;
     std::function<void(TimePoint)> onTick_;
 
     std::mutex mutex_;

@@ -59,14 +59,12 @@ StreamThread::StreamThread(StreamState& state)
 void StreamThread::run()
 {
     lowerPriority();
-    while (!state_.guard.isStopped()) {
-        const Outcome outcome = playOnce();
-        if (outcome == Outcome::Ended)
-            news_.ended();
-        if (outcome != Outcome::Broken || !rest())
-            break;
-    }
+    Outcome outcome = playOnce();
+    while (outcome == Outcome::Broken && rest())
+        outcome = playOnce();
     state_.ended = true;
+    if (outcome == Outcome::Ended)
+        news_.ended();
     state_.guard.setOnTick({});
 }
 

@@ -1,0 +1,222 @@
+#include "engine/core/Engine.h"
+#include "include/tide_pipe/tide_pipe.h"
+
+#include <QWidget>
+
+#include <atomic>
+#include <climits>
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr char kPattern[] = "test:pattern?size=160x120&rate=25";
+
+template <typename Condition> bool waitUntil(Condition condition, std::chrono::milliseconds limit = 5s)
+{
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(5ms);
+    return condition();
+}
+
+class FaceTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(TP_InitLib("."), 0);
+        window_.resize(320, 240);
+        window_.show();
+    }
+
+    void TearDown() override { TP_SetMessageHandler(nullptr, nullptr); }
+
+    int play(const char* url) { return TP_Play(url, "", 0, window_.winId(), "", "", 0, nullptr, nullptr, -1); }
+
+    QWidget window_;
+};
+
+TEST_F(FaceTest, UnknownIdsAreRefusedByEveryFunction)
+{
+    for (const int id : {-1, 0, 1 << 30, INT_MIN, INT_MAX}) {
+        int width = 5;
+        int height = 6;
+        const std::vector<int> results{TP_Stop(id),
+                                       TP_Pause(id),
+                                       TP_Resume(id),
+                                       TP_Fast(id),
+                                       TP_Slow(id),
+                                       TP_FrameForward(id),
+                                       TP_GetPictureSize(id, &width, &height),
+                                       TP_SetReconnectInfo(id, ""),
+                                       TP_SetDisplayRegion(id, 0, nullptr, 0, 1),
+                                       TP_RigisterDrawFun(id, nullptr, nullptr),
+                                       TP_EnableIVS(id, 1, 1),
+                                       TP_RenderPrivateDataEx(id, 16, 1, 1),
+                                       TP_SetOverlayPriInfoFlag(id, 32, 1),
+                                       TP_RegAdditionFun(id, 2049, nullptr, nullptr)};
+        EXPECT_EQ(results, std::vector<int>(results.size(), -1));
+        EXPECT_EQ(TP_GetLastError(), TP_ERROR_NO_SUCH_ID);
+        EXPECT_EQ(TP_GetScale(id), 0.0F);
+        EXPECT_EQ(width + height, 11);
+    }
+}
+
+TEST_F(FaceTest, BadPlaysAreRefusedAtOnce)
+{
+    const TP_WId window = window_.winId();
+    struct Row
+    {
+        const char *url, *auth, *start, *stop;
+        TP_WId window;
+        unsigned error;
+    };
+    const Row rows[] = {{nullptr, nullptr, nullptr, nullptr, window, TP_ERROR_BAD_ARGUMENT},
+                        {"concat:a|b", "", "", "", window, TP_ERROR_BAD_ARGUMENT},
+                        {kPattern, "a\r\nb", "", "", window, TP_ERROR_BAD_ARGUMENT},
+                        {kPattern, "", "tomorrow", "", window, TP_ERROR_BAD_ARGUMENT},
+                        {kPattern, "", "", "never", window, TP_ERROR_BAD_ARGUMENT},
+                        {"test:pattern?size=0x0", "", "", "", window, TP_ERROR_BAD_ARGUMENT},
+                        {kPattern, "", "", "", 0, TP_ERROR_NO_WINDOW},
+                        {kPattern, "", "", "", 0x7ffffff1, TP_ERROR_NO_WINDOW},
+                        {kPattern, "", "", "", ULONG_MAX, TP_ERROR_NO_WINDOW}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(TP_Play(row.url, row.auth, 0, row.window, row.start, row.stop, 0, nullptr, nullptr, -1), -1);
+        EXPECT_EQ(TP_GetLastError(), row.error) << (row.url ? row.url : "null");
+        EXPECT_EQ(TP_ReversePlay(row.url, row.auth, 0, row.window, row.start, row.stop), -1);
+    }
+    for (const int frames : {INT_MIN, 0, INT_MAX, 6})
+        EXPECT_EQ(TP_SetDisplayBuf(frames), 0);
+}
+
+TEST_F(FaceTest, RegionIsTheSameThroughEitherWindowAndBadOnesChangeNothing)
+{
+    const int id = play(kPattern);
+    ASSERT_GT(id, 0);
+    int width = 0;
+    int height = 0;
+    ASSERT_TRUE(waitUntil([&] { return TP_GetPictureSize(id, &width, &height) == 0; }));
+    EXPECT_EQ(width, 160);
+    EXPECT_EQ(height, 120);
+    const TP_WId own = window_.winId();
+    const _TP_REGION good{0, 0, 160, 120};
+    for (const TP_WId window : {TP_WId(0), own}) {
+        EXPECT_EQ(TP_SetDisplayRegion(id, 0, &good, window, 1), 0);
+        EXPECT_EQ(TP_SetDisplayRegion(id, 0, nullptr, window, 1), 0);
+    }
+    TP_Pause(id);
+    EXPECT_EQ(TP_SetDisplayRegion(id, 0, &good, own + 1, 1), -1);
+    for (const _TP_REGION& region : {_TP_REGION{0, 0, 0, 0}, _TP_REGION{80, 0, 40, 120}, _TP_REGION{0, 0, 161, 120},
+                                     _TP_REGION{-1, 0, 10, 10}, _TP_REGION{LLONG_MIN, LLONG_MIN, LLONG_MAX, LLONG_MAX}})
+        EXPECT_NE(TP_SetDisplayRegion(id, 0, &region, 0, 1), 0);
+    const _TP_REGION part{40, 30, 80, 60};
+    EXPECT_EQ(TP_SetDisplayRegion(id, 0, &part, own, 1), 0);
+    EXPECT_EQ(TP_GetPictureSize(id, nullptr, &height), -1);
+    EXPECT_EQ(TP_Stop(id), 0);
+    EXPECT_EQ(TP_SetDisplayRegion(id, 0, nullptr, 0, 1), -1);
+}
+
+TEST_F(FaceTest, OverlaySwitchesAreKeptWithTheStream)
+{
+    const int id = play(kPattern);
+    const auto stream = tide::Engine::instance().findStream(id);
+    ASSERT_TRUE(stream);
+    EXPECT_EQ(TP_EnableIVS(id, 16, 1), 0);
+    EXPECT_EQ(TP_RenderPrivateDataEx(id, 16, 4, 1), 0);
+    EXPECT_EQ(TP_SetOverlayPriInfoFlag(id, 32, 1), 0);
+    EXPECT_EQ(stream->overlay(16, 0), 1);
+    EXPECT_EQ(stream->overlay(16, 4), 1);
+    EXPECT_EQ(stream->overlay(16, 2), 0);
+    int refused = 0;
+    for (int selector = 0; selector < 100000; ++selector)
+        refused += TP_EnableIVS(id, selector, 1) == -1;
+    EXPECT_GT(refused, 90000); // a host gone wild does not fill the memory
+    TP_Stop(id);
+}
+
+struct Hooked
+{
+    std::atomic<int> draws{0};
+    std::atomic<int> stopAt{INT_MAX};
+    static void draw(int id, void*, void* user)
+    {
+        auto& self = *static_cast<Hooked*>(user);
+        if (++self.draws == self.stopAt) {
+            EXPECT_EQ(TP_Stop(id), 0);
+        }
+    }
+};
+
+TEST_F(FaceTest, NoHookRunsAfterStop)
+{
+    for (int round = 0; round < 10; ++round) {
+        Hooked hooked;
+        const int id = play(kPattern);
+        EXPECT_EQ(TP_RigisterDrawFun(id, &Hooked::draw, &hooked), 0);
+        ASSERT_TRUE(waitUntil([&] { return hooked.draws > 1; }));
+        EXPECT_EQ(TP_Stop(id), 0);
+        const int until = hooked.draws;
+        std::this_thread::sleep_for(60ms);
+        EXPECT_EQ(hooked.draws, until);
+        EXPECT_EQ(TP_Stop(id), -1);
+    }
+}
+
+TEST_F(FaceTest, HooksAndHandlersMayStopTheirOwnStream)
+{
+    Hooked hooked;
+    hooked.stopAt = 3;
+    const int id = play(kPattern);
+    TP_RigisterDrawFun(id, &Hooked::draw, &hooked);
+    EXPECT_TRUE(waitUntil([&] { return TP_GetScale(id) == 0.0F; }));
+    EXPECT_EQ(hooked.draws, 3);
+
+    static std::atomic<int> stopped{0};
+    TP_SetMessageHandler([](int told, unsigned, void*) { stopped += TP_Stop(told) == 0 ? 1 : 0; }, nullptr);
+    const int other = play("/does/not/exist");
+    EXPECT_TRUE(waitUntil([] { return stopped == 1; }));
+    EXPECT_EQ(TP_Stop(other), -1);
+}
+
+TEST_F(FaceTest, ManyThreadsPlayAndStopAtOnce)
+{
+    std::atomic<int> failures{0};
+    std::vector<std::thread> threads;
+    const TP_WId window = window_.winId();
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            const char* urls[] = {kPattern, "rtsp://127.0.0.1:9/x", "/none", kPattern};
+            for (int i = 0; i < 12; ++i) {
+                const int id = TP_Play(urls[(t + i) % 4], "", i % 6, window, "", "", 0, nullptr, nullptr, -1);
+                TP_Pause(id);
+                TP_FrameForward(id);
+                TP_Fast(id);
+                TP_Resume(id);
+                failures += TP_Stop(id) != 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(failures, 0);
+}
+
+using FaceDeathTest = FaceTest;
+
+TEST_F(FaceDeathTest, ProcessMayLeaveWhileStreamsRun)
+{
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe"; // a fresh process, since the engine has threads
+    const auto leave = [this] {
+        for (const char* url : {kPattern, kPattern, "rtsp://127.0.0.1:9/x"})
+            play(url);
+        std::this_thread::sleep_for(300ms);
+        std::exit(7);
+    };
+    EXPECT_EXIT(leave(), ::testing::ExitedWithCode(7), "");
+}
+
+} // namespace

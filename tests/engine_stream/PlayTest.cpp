@@ -1,0 +1,296 @@
+#include "tests/engine_stream/StreamTestKit.h"
+
+#include "engine/stream/PatternReader.h"
+
+#include <QString>
+
+#include <atomic>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
+
+namespace tide {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Microseconds kFrame = 40ms;
+
+StreamOptions with(const std::string& url, const std::string& start, const std::string& stop,
+                   Direction direction = Direction::Forward)
+{
+    StreamOptions options;
+    options.url = url;
+    options.startTime = start;
+    options.stopTime = stop;
+    options.direction = direction;
+    return options;
+}
+
+std::vector<int> framesOf(const std::vector<PicturePtr>& pictures)
+{
+    std::vector<int> frames;
+    for (const PicturePtr& picture : pictures)
+        frames.push_back(static_cast<int>((picture->position + kFrame / 2) / kFrame));
+    return frames;
+}
+
+std::vector<int> range(int first, int last)
+{
+    std::vector<int> numbers;
+    for (int i = first; first <= last ? i <= last : i >= last; i += first <= last ? 1 : -1)
+        numbers.push_back(i);
+    return numbers;
+}
+
+std::string joined(const std::string& name, const std::string& first, const std::string& second)
+{
+    const std::string path = qEnvironmentVariable("PWD").toStdString() + "/" + name;
+    std::ofstream(path, std::ios::binary)
+        << std::ifstream(first, std::ios::binary).rdbuf() << std::ifstream(second, std::ios::binary).rdbuf();
+    return path;
+}
+
+// A machine under load may pass over a late picture, never show one twice or out of order.
+void expectNearlyAll(const std::vector<int>& seen, const std::vector<int>& wanted)
+{
+    const bool up = wanted.front() < wanted.back();
+    ASSERT_FALSE(seen.empty());
+    for (std::size_t i = 1; i < seen.size(); ++i)
+        ASSERT_EQ(seen[i] > seen[i - 1], up) << seen[i];
+    EXPECT_EQ(seen.front(), wanted.front());
+    EXPECT_EQ(seen.back(), wanted.back());
+    EXPECT_GE(seen.size(), wanted.size() * 8 / 10);
+}
+
+TEST(PlayTest, FileIsShownInTimeFromEndToEnd)
+{
+    Viewer viewer(h264Clip());
+    const TimePoint start = Clock::now();
+    const auto pictures = viewer.takeAll();
+    EXPECT_NEAR(std::chrono::duration<double>(Clock::now() - start).count(), 3.0, 0.5);
+    expectNearlyAll(framesOf(pictures), range(0, 74));
+    EXPECT_EQ(viewer.stream().pictureSize()->width, 320);
+    EXPECT_FALSE(viewer.stream().isLive());
+    EXPECT_EQ(viewer.stream().current(), pictures.back()); // stays on show
+    EXPECT_EQ(viewer.stream().frameForward(), Failure::NoPicture);
+    EXPECT_TRUE(viewer.stream().pictureTime().has_value());
+}
+
+TEST(PlayTest, StartAndStopTimesCutTheFileBothWays)
+{
+    Viewer forward(with(h264Clip(), "1.2", "2"));
+    expectNearlyAll(framesOf(forward.takeAll()), range(30, 49));
+    Viewer backward(with(h264Clip(), "00:00:01", "00:00:01.6", Direction::Backward));
+    expectNearlyAll(framesOf(backward.takeAll()), range(39, 25));
+    const std::string dated =
+        clip("dated.mp4", "-i " + h264Clip() + " -c copy -metadata creation_time=2026-05-01T10:00:00Z");
+    Viewer byDate(with(dated, "20260501T100001Z", "2026-05-01T10:00:01.400Z"));
+    expectNearlyAll(framesOf(byDate.takeAll()), range(25, 34));
+    EXPECT_EQ(std::chrono::system_clock::to_time_t(*byDate.stream().pictureTime()), 1777629601);
+    Viewer undated(with(h264Clip(), "", "0.4"));
+    expectNearlyAll(framesOf(undated.takeAll()), range(0, 9));
+}
+
+TEST(PlayTest, BackwardShowsEveryGroupFromItsEnd)
+{
+    Viewer viewer(with(h264Clip(), "", "", Direction::Backward));
+    expectNearlyAll(framesOf(viewer.takeAll()), range(74, 0));
+    // The numbers in the pictures themselves, past a group that does not fit into the memory for it (64 MiB: 14
+    // pictures).
+    Viewer large(with("test:pattern?size=2048x1536&rate=5&gop=50&seconds=8", "", "", Direction::Backward));
+    large.stream().fast();
+    int expected = 39;
+    for (const PicturePtr& picture : large.take(18)) {
+        const int number = testNumber(*picture->frame);
+        EXPECT_LE(number, expected);
+        EXPECT_GE(number, expected - 4);
+        expected = number - 1;
+    }
+}
+
+TEST(PlayTest, WhatCannotRunBackwardSaysSo)
+{
+    Viewer live(with("test:pattern", "", "", Direction::Backward));
+    EXPECT_TRUE(live.waitFor(TP_MESSAGE_NOT_REVERSIBLE));
+    const std::string raw = clip("raw.h264", "-i " + h264Clip() + " -c copy -an");
+    Viewer bare(with(raw, "", "", Direction::Backward));
+    EXPECT_TRUE(bare.waitFor(TP_MESSAGE_NOT_REVERSIBLE));
+}
+
+TEST(PlayTest, PauseStepSpeed)
+{
+    Viewer viewer("test:pattern?size=160x120&seconds=60");
+    Stream& stream = viewer.stream();
+    ASSERT_EQ(viewer.take(3).size(), 3U);
+    stream.pause();
+    const int paused = testNumber(*stream.current()->frame);
+    EXPECT_TRUE(viewer.takeFor(200).empty());
+    for (int i = 1; i <= 10; ++i) { // further than the queue is long
+        stream.frameForward();
+        ASSERT_EQ(testNumber(*viewer.next()->frame), paused + i);
+    }
+    EXPECT_TRUE(viewer.takeFor(100).empty());
+    stream.resume();
+    for (int i = 0; i < 5; ++i)
+        stream.slow();
+    EXPECT_EQ(stream.scale(), 0.125F);
+    viewer.take(1);
+    EXPECT_LE(viewer.takeFor(900).size(), 4U);
+    for (int i = 0; i < 9; ++i)
+        stream.fast();
+    EXPECT_EQ(stream.scale(), 8.0F);
+    const int before = testNumber(*viewer.next()->frame);
+    viewer.takeFor(1000);
+    EXPECT_GT(testNumber(*stream.current()->frame) - before, 100);
+}
+
+TEST(PlayTest, LivePatternKeepsItsPaceAndHasOneSpeed)
+{
+    Viewer viewer("test:pattern?size=160x120&rate=20&sound=440");
+    ASSERT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
+    EXPECT_TRUE(viewer.stream().isLive());
+    EXPECT_EQ(viewer.stream().fast(), Failure::WrongState);
+    EXPECT_NEAR(static_cast<double>(viewer.takeFor(1000).size()), 20, 4);
+    viewer.stream().pause();
+    const auto pausedAt = testNumber(*viewer.stream().current()->frame);
+    std::this_thread::sleep_for(1s);
+    viewer.stream().resume();
+    viewer.take(2);
+    EXPECT_GE(testNumber(*viewer.stream().current()->frame), pausedAt + 19); // the present, not where it was held
+}
+
+TEST(PlayTest, SourcesThatAreNoFilmFailAtOnce)
+{
+    const std::string folder = qEnvironmentVariable("PWD").toStdString();
+    std::ofstream(folder + "/empty.mp4").close();
+    std::ofstream(folder + "/noise.mp4") << std::string(100000, '\x5a');
+    mkfifo((folder + "/pipe").c_str(), 0600);
+    for (const std::string& url : {folder + "/missing.mp4", folder + "/empty.mp4", folder + "/noise.mp4", folder,
+                                   folder + "/pipe", std::string("/dev/zero")}) {
+        Viewer viewer(url);
+        EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_OPEN_FAILED)) << url;
+        EXPECT_FALSE(viewer.stream().pictureSize());
+    }
+}
+
+TEST(PlayTest, DamagedFilePlaysWhatItCan)
+{
+    std::ifstream in(clip("whole.ts", "-i " + h264Clip() + " -c copy"), std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    for (std::size_t i = bytes.size() / 3; i < bytes.size() / 2; i += 50)
+        bytes[i] = static_cast<char>(i * 37);
+    const std::string broken = qEnvironmentVariable("PWD").toStdString() + "/broken.ts";
+    std::ofstream(broken, std::ios::binary) << bytes.substr(0, bytes.size() * 9 / 10);
+    Viewer viewer(broken);
+    EXPECT_GT(viewer.takeAll().size(), 30U);
+}
+
+TEST(PlayTest, TimeStampsMayJumpOrBeMissing)
+{
+    const std::string part = clip("part.ts", "-i " + h264Clip() + " -c copy -t 1");
+    const std::string twice = joined("twice.ts", part, part);
+    Viewer jumping(twice);
+    const TimePoint start = Clock::now();
+    EXPECT_GT(jumping.takeAll().size(), 40U); // both parts
+    EXPECT_LT(Clock::now() - start, 4s);
+    Viewer bare(clip("raw.h264", "-i " + h264Clip() + " -c copy -an"));
+    EXPECT_GT(bare.takeAll().size(), 60U);
+}
+
+TEST(PlayTest, SizeChangesInMidStream)
+{
+    const std::string small =
+        clip("small.ts", "-f lavfi -i testsrc2=size=320x240:rate=25:duration=1 -c:v libx264 -pix_fmt yuv420p");
+    const std::string large =
+        clip("large.ts", "-f lavfi -i testsrc2=size=640x480:rate=25:duration=1 -c:v libx264 -pix_fmt yuv420p");
+    Viewer viewer(joined("both.ts", small, large));
+    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
+    EXPECT_EQ(viewer.stream().pictureSize()->width, 320);
+    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_SIZE_CHANGED));
+    EXPECT_EQ(viewer.stream().pictureSize()->width, 640);
+}
+
+TEST(PlayTest, SoundAloneIsPaced)
+{
+    const std::string sound = clip("sound.m4a", "-f lavfi -i sine=440:duration=2 -c:a aac");
+    Viewer viewer(sound);
+    const TimePoint start = Clock::now();
+    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
+    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_ENDED));
+    EXPECT_GT(Clock::now() - start, 1500ms);
+}
+
+struct Recorder : PacketSink
+{
+    void tracks(const std::vector<TrackInfo>& infos) override { trackCount = static_cast<int>(infos.size()); }
+    void packet(const AVPacket& packet) override
+    {
+        EXPECT_LT(packet.stream_index, trackCount);
+        ++packets;
+    }
+    std::atomic<int> trackCount{0}, packets{0};
+};
+
+TEST(PlayTest, RecordersComeAndGo)
+{
+    Viewer viewer("test:pattern?size=160x120&sound=440&people=5");
+    auto early = std::make_shared<Recorder>();
+    viewer.stream().addSink(early);
+    ASSERT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
+    auto late = std::make_shared<Recorder>();
+    viewer.stream().addSink(late);
+    EXPECT_EQ(late->trackCount, 2); // known by now; the people counts are no track to record
+    viewer.take(5);
+    viewer.stream().removeSink(early);
+    const int until = early->packets;
+    viewer.take(5);
+    EXPECT_GT(until, 3);
+    EXPECT_EQ(early->packets, until);
+    EXPECT_GT(late->packets, 5);
+}
+
+TEST(PlayTest, PeopleCountsComeUntilTheFunctionIsTakenOff)
+{
+    struct Seen
+    {
+        std::atomic<int> records{0}, bad{0};
+    } seen;
+    Viewer viewer("test:pattern?size=160x120&people=20");
+    const TP_AdditionFun count = [](int id, TP_ADDITION_DATA_INFO* info, void* user) {
+        auto& into = *static_cast<Seen*>(user);
+        const auto* values = static_cast<const unsigned*>(info->data);
+        into.bad += id != 7 || info->type != 2049 || info->length != 64 || values[1] >= 1000 || values[1] == values[2];
+        ++into.records;
+    };
+    viewer.stream().setAddition(2049, count, &seen);
+    viewer.stream().setAddition(1, count, &seen); // no such records
+    viewer.takeFor(800);
+    EXPECT_NEAR(seen.records, 16, 8);
+    EXPECT_EQ(seen.bad, 0);
+    viewer.stream().setAddition(2049, nullptr, nullptr);
+    const int until = seen.records;
+    viewer.takeFor(200);
+    EXPECT_LE(seen.records, until + 1); // one may have been running
+}
+
+// Whatever is under way, stopping is quick and leaves nothing behind.
+TEST(PlayTest, ManyStreamsStopAtAnyMoment)
+{
+    for (int round = 0; round < 15; ++round) {
+        std::vector<std::unique_ptr<Viewer>> viewers;
+        for (const char* url :
+             {"test:pattern?size=160x120", "rtsp://127.0.0.1:9/none", "http://127.0.0.1:9/none", "/missing"})
+            viewers.push_back(std::make_unique<Viewer>(url));
+        viewers.push_back(std::make_unique<Viewer>(h264Clip()));
+        viewers.push_back(std::make_unique<Viewer>(with(h264Clip(), "", "", Direction::Backward)));
+        std::this_thread::sleep_for(std::chrono::milliseconds(round * 7));
+        const TimePoint start = Clock::now();
+        viewers.clear();
+        EXPECT_LT(Clock::now() - start, 2s);
+    }
+}
+
+} // namespace
+} // namespace tide

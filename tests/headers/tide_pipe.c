@@ -1,0 +1,1 @@
+#include "include/tide_pipe/tide_pipe.h"
