@@ -9,7 +9,10 @@ namespace {
 constexpr Microseconds kBackJump = 500ms; // time stamps that go back further, or ahead further, have begun anew
 constexpr Microseconds kAheadJump = 10s;
 constexpr Microseconds kEndTolerance = 2s;
-constexpr Microseconds kSoundReach = 5s; // sound that is due later than this belongs to another run of time stamps
+constexpr Microseconds kSoundAhead = 200ms; // how far the voice is ahead of the last picture in the queue
+constexpr Microseconds kLookAhead = 1500ms; // how far a file is read ahead in search of the sound
+constexpr Microseconds kLiveLookAhead = 400ms;
+constexpr std::size_t kMostWaiting = 500; // packets
 
 } // namespace
 
@@ -35,20 +38,11 @@ Outcome ForwardFeed::run()
 bool ForwardFeed::begin()
 {
     openVideo();
-    openSound();
+    sound_ = SoundTrack::open(state_, reader_);
     state_.sinks.announce(reader_.info().tracks);
     if (!reader_.info().live && span_.start && *span_.start > Microseconds::zero())
         reader_.seek(*span_.start); // where that fails the pictures before the start are passed over one by one
     return true;
-}
-
-void ForwardFeed::openSound()
-{
-    const MediaInfo& info = reader_.info();
-    if (info.audio < 0 || !state_.links.voice)
-        return;
-    const TrackInfo& track = info.tracks[static_cast<std::size_t>(info.audio)];
-    sound_ = Decoder::open(*track.parameters, track.timeBase);
 }
 
 bool ForwardFeed::handle(const AVPacket& packet)
@@ -70,8 +64,45 @@ bool ForwardFeed::handlePicture(const AVPacket& packet)
 {
     if (!video_)
         return true;
-    video_->send(&packet);
-    return showAll();
+    if (PacketPtr copy{av_packet_clone(&packet)})
+        pictures_.push_back(std::move(copy));
+    return decodeWhatMay();
+}
+
+// Where somebody listens, a picture is not shown before its sound has been read: files and cameras send the sound of a
+// moment up to a second after the picture.
+bool ForwardFeed::decodeWhatMay()
+{
+    while (!pictures_.empty() && !waitsForSound()) {
+        const PacketPtr packet = std::move(pictures_.front());
+        pictures_.pop_front();
+        video_->send(packet.get());
+        if (!showAll())
+            return false;
+    }
+    playSound();
+    return true;
+}
+
+bool ForwardFeed::waitsForSound() const
+{
+    const Microseconds limit = reader_.info().live ? kLiveLookAhead : kLookAhead;
+    const auto first = stampOf(*pictures_.front());
+    const auto last = stampOf(*pictures_.back());
+    return sound_ && sound_->isWanted() && first && last && *last - *first < limit && pictures_.size() < kMostWaiting &&
+           !sound_->hasReached(*first + kSoundAhead);
+}
+
+void ForwardFeed::playSound()
+{
+    if (sound_ && progress_.position)
+        sound_->playUpTo(*progress_.position + kSoundAhead);
+}
+
+std::optional<Microseconds> ForwardFeed::stampOf(const AVPacket& packet) const
+{
+    const std::int64_t stamp = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+    return stamp == AV_NOPTS_VALUE ? std::nullopt : std::optional(reader_.position(packet.stream_index, stamp));
 }
 
 bool ForwardFeed::showAll()
@@ -108,6 +139,8 @@ bool ForwardFeed::bridgeJump(Microseconds position)
     if (!reader_.info().live && !state_.queue.waitUntilTaken())
         return false;
     state_.queue.restart();
+    if (sound_)
+        sound_->restart();
     return true;
 }
 
@@ -126,58 +159,56 @@ bool ForwardFeed::waitForRoom()
 
 bool ForwardFeed::handleSound(const AVPacket& packet)
 {
-    if (sound_ && state_.links.voice->isOpen()) {
-        sound_->send(&packet);
-        while (const FramePtr frame = sound_->receive())
-            hear(*frame);
-    }
-    return !outlastsPictures(packet) || state_.queue.waitUntilDue(reader_.position(packet.stream_index, packet.pts));
+    const auto position = stampOf(packet);
+    if (!sound_ || !position)
+        return true;
+    sound_->add(packet);
+    if (!video_ || !outlastsPictures(*position))
+        return decodeWhatMay();
+    const bool inTime = state_.queue.waitUntilDue(*position);
+    sound_->playUpTo(*position);
+    return inTime;
 }
 
 // The queue of pictures paces a file as long as there are any.
-bool ForwardFeed::outlastsPictures(const AVPacket& packet) const
+bool ForwardFeed::outlastsPictures(Microseconds position) const
 {
-    return video_ && !reader_.info().live && packet.pts != AV_NOPTS_VALUE && progress_.position &&
-           reader_.position(packet.stream_index, packet.pts) > *progress_.position + kAheadJump;
-}
-
-void ForwardFeed::hear(const AVFrame& frame)
-{
-    if (frame.best_effort_timestamp == AV_NOPTS_VALUE || state_.queue.speed() != 1.0)
-        return;
-    const Microseconds position = reader_.position(reader_.info().audio, frame.best_effort_timestamp);
-    const TimePoint due = state_.queue.due(position);
-    if (due < Clock::now() + kSoundReach)
-        state_.links.voice->push(frame, due);
+    return !reader_.info().live && pictures_.empty() && progress_.position &&
+           position > *progress_.position + kAheadJump;
 }
 
 // A source without pictures: the packets themselves are paced.
 bool ForwardFeed::pace(const AVPacket& packet)
 {
-    const std::int64_t stamp = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
-    if (stamp == AV_NOPTS_VALUE)
+    const auto position = stampOf(packet);
+    if (!position)
         return !state_.guard.isStopped();
-    const Microseconds position = reader_.position(packet.stream_index, stamp);
-    if (span_.start && position < *span_.start)
+    if (span_.start && *position < *span_.start)
         return true;
-    reachedStop_ = span_.stop && position >= *span_.stop;
-    if (reachedStop_ || !bridgeJump(position))
+    reachedStop_ = span_.stop && *position >= *span_.stop;
+    if (reachedStop_ || !bridgeJump(*position))
         return false;
     progress_.position = position;
     news_.soundCame();
-    return state_.queue.waitUntilDue(position);
+    return state_.queue.waitUntilDue(*position);
 }
 
 Outcome ForwardFeed::finish()
 {
-    if (video_ && !reachedStop_) {
-        video_->send(nullptr);
-        if (!showAll() && !reachedStop_)
-            return Outcome::Stopped;
-    }
+    if (video_ && !reachedStop_ && !showRest() && !reachedStop_)
+        return Outcome::Stopped;
     if (!isWholeSourceRead())
         return Outcome::Broken;
     return state_.queue.waitUntilTaken() ? Outcome::Ended : Outcome::Stopped;
+}
+
+bool ForwardFeed::showRest()
+{
+    sound_.reset(); // nothing to wait for any more
+    if (!decodeWhatMay())
+        return false;
+    video_->send(nullptr);
+    return showAll();
 }
 
 // A server that goes away looks like the end of the stream.

@@ -2,6 +2,9 @@
 
 #include "engine/stream/EffortControl.h"
 #include "engine/stream/Feed.h"
+#include "engine/stream/SoundTrack.h"
+
+#include <deque>
 
 namespace tide {
 
@@ -15,22 +18,26 @@ public:
 
 private:
     bool begin();
-    void openSound();
     bool handle(const AVPacket& packet);
     bool handlePicture(const AVPacket& packet);
     bool handleSound(const AVPacket& packet);
-    bool outlastsPictures(const AVPacket& packet) const;
+    bool outlastsPictures(Microseconds position) const;
     bool pace(const AVPacket& packet);
+    bool decodeWhatMay();
+    bool waitsForSound() const;
+    void playSound();
+    std::optional<Microseconds> stampOf(const AVPacket& packet) const;
     bool showAll();
+    bool showRest();
     bool showOne(FramePtr frame);
     bool waitForRoom();
     bool bridgeJump(Microseconds position);
-    void hear(const AVFrame& frame);
     Outcome finish();
     bool isWholeSourceRead() const;
 
     EffortControl effort_;
-    std::unique_ptr<Decoder> sound_;
+    std::unique_ptr<SoundTrack> sound_;
+    std::deque<PacketPtr> pictures_; // read, and not decoded yet
     const std::uint64_t firstSerial_ = progress_.serial;
     bool reachedStop_ = false;
 };

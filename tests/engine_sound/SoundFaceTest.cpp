@@ -29,7 +29,7 @@ TEST(SoundFace, aStreamIsHeardAndClosedSoundIsNot)
     QWidget window;
     window.resize(64, 64);
     window.show();
-    const int id = TP_Play("test:pattern?size=64x64&sound=1000", "", 0, window.winId(), "", "", 0, nullptr, nullptr, 0);
+    const int id = TP_Play("test:pattern?size=64x64&sound=1000&seconds=60", "", 0, window.winId(), "", "", 0, nullptr, nullptr, 0);
     ASSERT_GT(id, 0);
     EXPECT_EQ(TP_GetVolume(id), 65535);
     EXPECT_EQ(TP_SetVolume(id, 30000), 0);
