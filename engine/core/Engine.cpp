@@ -62,6 +62,15 @@ std::shared_ptr<Stream> Engine::findStream(int playId) const
     return found == streams_.end() ? nullptr : found->second;
 }
 
+Failure Engine::record(int playId, const std::string& path)
+{
+    const std::shared_ptr<Stream> stream = findStream(playId);
+    const Failure failure = stream ? recordings_.start(stream, path) : Failure::NoSuchId;
+    if (failure == Failure::None && !findStream(playId)) // stopped meanwhile
+        recordings_.stop(playId);
+    return failure;
+}
+
 bool Engine::stop(int playId)
 {
     std::shared_ptr<Stream> stream;
@@ -76,6 +85,7 @@ bool Engine::stop(int playId)
     presenter_.remove(playId);
     notifier_.close(playId);
     stream->stop();
+    recordings_.stop(playId);
     mixer_.close(stream->voice());
     retire(std::move(stream));
     return true;

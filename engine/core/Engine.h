@@ -2,6 +2,7 @@
 
 #include "engine/core/Notifier.h"
 #include "engine/present/Presenter.h"
+#include "engine/record/Recordings.h"
 #include "engine/sound/Mixer.h"
 #include "engine/stream/Stream.h"
 
@@ -27,6 +28,7 @@ public:
     Presenter& presenter() { return presenter_; }
     Mixer& mixer() { return mixer_; }
     Notifier& notifier() { return notifier_; }
+    Recordings& recordings() { return recordings_; }
 
     int newId() { return ++lastId_; } // the one counter of play ids and view ids
 
@@ -36,6 +38,9 @@ public:
 
     // After it returns no draw hook of the stream runs and no message of it is begun. False for an unknown id.
     bool stop(int playId);
+
+    // Starts to record the stream; it ends with it at the latest.
+    Failure record(int playId, const std::string& path);
 
     void setDisplayBuffer(int frames) { displayBuffer_ = frames; } // of the streams made from now on
     int displayBuffer() const { return displayBuffer_; }
@@ -53,6 +58,7 @@ private:
     std::atomic<int> displayBuffer_{6};
     Notifier notifier_;
     Mixer mixer_;
+    Recordings recordings_{notifier_};
     Presenter presenter_;
 
     mutable std::mutex mutex_; // guards all below

@@ -1,5 +1,7 @@
 #include "engine/present/PictureLayout.h"
 
+#include "engine/core/PixelColours.h"
+
 extern "C" {
 #include <libavutil/pixdesc.h>
 }
@@ -14,47 +16,6 @@ namespace {
 const AVPixFmtDescriptor* descriptorOf(const AVFrame& frame)
 {
     return av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
-}
-
-// The "J" formats say full range by their name; the scaler wants it said by the range alone.
-AVPixelFormat plainFormatOf(const AVFrame& frame)
-{
-    switch (frame.format) {
-    case AV_PIX_FMT_YUVJ420P:
-        return AV_PIX_FMT_YUV420P;
-    case AV_PIX_FMT_YUVJ422P:
-        return AV_PIX_FMT_YUV422P;
-    case AV_PIX_FMT_YUVJ444P:
-        return AV_PIX_FMT_YUV444P;
-    case AV_PIX_FMT_YUVJ440P:
-        return AV_PIX_FMT_YUV440P;
-    case AV_PIX_FMT_YUVJ411P:
-        return AV_PIX_FMT_YUV411P;
-    default:
-        return static_cast<AVPixelFormat>(frame.format);
-    }
-}
-
-bool isFullRange(const AVFrame& frame)
-{
-    return plainFormatOf(frame) != frame.format || frame.color_range == AVCOL_RANGE_JPEG;
-}
-
-// Pictures that do not say are taken as cameras mean them: high definition is 709, less is 601.
-AVColorSpace colourSpaceOf(const AVFrame& frame)
-{
-    switch (frame.colorspace) {
-    case AVCOL_SPC_BT709:
-    case AVCOL_SPC_BT470BG:
-    case AVCOL_SPC_SMPTE170M:
-    case AVCOL_SPC_SMPTE240M:
-    case AVCOL_SPC_FCC:
-    case AVCOL_SPC_BT2020_NCL:
-    case AVCOL_SPC_BT2020_CL:
-        return frame.colorspace;
-    default:
-        return frame.height >= 720 ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
-    }
 }
 
 struct LumaWeights

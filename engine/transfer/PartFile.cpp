@@ -83,7 +83,12 @@ bool PartFile::restart()
 
 bool PartFile::commit()
 {
-    if (fsync(file_) != 0 || std::rename(part_.c_str(), path_.c_str()) != 0)
+    return fsync(file_) == 0 && publish();
+}
+
+bool PartFile::publish()
+{
+    if (std::rename(part_.c_str(), path_.c_str()) != 0)
         return false;
     close();
     return true;

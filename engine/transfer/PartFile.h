@@ -19,7 +19,8 @@ public:
     bool open(const std::string& path); // EBUSY: another download writes there
     bool write(std::string_view bytes);
     bool restart(); // empty again
-    bool commit();
+    bool publish(); // it takes its place
+    bool commit();  // the same, once the disk has it: a loss of power finds it whole
     void discard(); // nothing is left of it
 
     long long size() const { return size_; }

@@ -1,0 +1,92 @@
+#include "engine/record/DiskFile.h"
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tide {
+
+namespace {
+
+// A pipe without a reader would hold us up, a device would swallow all.
+bool isOrdinary(int descriptor)
+{
+    struct stat about
+    {
+    };
+    return fstat(descriptor, &about) == 0 && S_ISREG(about.st_mode);
+}
+
+// The lock tells two recordings of one file apart; file systems without locks are taken as they are.
+bool claim(int descriptor)
+{
+    return flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+} // namespace
+
+std::unique_ptr<DiskFile> DiskFile::create(const std::string& path)
+{
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
+    if (descriptor < 0)
+        return nullptr;
+    if (isOrdinary(descriptor) && claim(descriptor) && ftruncate(descriptor, 0) == 0)
+        return std::unique_ptr<DiskFile>(new DiskFile(descriptor, path));
+    close(descriptor);
+    return nullptr;
+}
+
+DiskFile::DiskFile(int descriptor, std::string path)
+    : descriptor_(descriptor)
+    , path_(std::move(path))
+{
+}
+
+DiskFile::~DiskFile()
+{
+    struct stat ours
+    {
+    }, named{};
+    const bool isNamed = stat(path_.c_str(), &named) == 0 && fstat(descriptor_, &ours) == 0 &&
+                         named.st_ino == ours.st_ino && named.st_dev == ours.st_dev;
+    if (size_ == 0 && isNamed)
+        unlink(path_.c_str());
+    close(descriptor_);
+}
+
+bool DiskFile::write(const std::uint8_t* data, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(descriptor_, data, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        data += written;
+        size -= static_cast<std::size_t>(written);
+        size_ += written;
+    }
+    return true;
+}
+
+bool DiskFile::cutTo(std::int64_t size)
+{
+    if (ftruncate(descriptor_, size) != 0 || lseek(descriptor_, size, SEEK_SET) != size)
+        return false;
+    size_ = size;
+    return true;
+}
+
+bool DiskFile::isDeleted() const
+{
+    struct stat about
+    {
+    };
+    return fstat(descriptor_, &about) == 0 && about.st_nlink == 0;
+}
+
+} // namespace tide

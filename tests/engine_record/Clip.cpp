@@ -1,0 +1,124 @@
+#include "tests/engine_record/Clip.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <stdexcept>
+#include <utility>
+
+namespace record_test {
+
+Folder::Folder()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "record-XXXXXX").string();
+    path_ = mkdtemp(name.data());
+}
+
+Folder::~Folder()
+{
+    std::filesystem::remove_all(path_);
+}
+
+void makeClip(const std::string& arguments)
+{
+    if (std::system(("ffmpeg -nostdin -v error -y " + arguments).c_str()) != 0)
+        throw std::runtime_error("ffmpeg " + arguments);
+}
+
+Clip::Clip(const std::string& path)
+{
+    AVFormatContext* opened = nullptr;
+    if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)
+        return;
+    demuxer_.reset(opened);
+    avformat_find_stream_info(opened, nullptr);
+    for (tide::PacketPtr packet(av_packet_alloc()); av_read_frame(opened, packet.get()) >= 0;)
+        packets_.push_back(std::exchange(packet, tide::PacketPtr(av_packet_alloc())));
+}
+
+int Clip::streamOf(AVMediaType type) const
+{
+    return demuxer_ ? av_find_best_stream(demuxer_.get(), type, -1, -1, nullptr, 0) : -1;
+}
+
+std::vector<Packet> Clip::packets(AVMediaType type) const
+{
+    const int stream = streamOf(type);
+    std::vector<Packet> found;
+    for (const auto& packet : packets_) {
+        if (packet->stream_index != stream)
+            continue;
+        const double base = av_q2d(demuxer_->streams[stream]->time_base);
+        found.push_back({static_cast<double>(packet->pts) * base,
+                         static_cast<double>(packet->dts) * base,
+                         (packet->flags & AV_PKT_FLAG_KEY) != 0,
+                         {packet->data, packet->data + packet->size}});
+    }
+    return found;
+}
+
+const AVCodecParameters* Clip::parameters(AVMediaType type) const
+{
+    const int stream = streamOf(type);
+    return stream < 0 ? nullptr : demuxer_->streams[stream]->codecpar;
+}
+
+double Clip::duration() const
+{
+    return demuxer_ ? static_cast<double>(demuxer_->duration) / AV_TIME_BASE : 0;
+}
+
+int Clip::decodable(AVMediaType type) const
+{
+    const int stream = streamOf(type);
+    if (stream < 0)
+        return 0;
+    const AVCodec* codec = avcodec_find_decoder(parameters(type)->codec_id);
+    const tide::CodecPtr decoder(avcodec_alloc_context3(codec));
+    avcodec_parameters_to_context(decoder.get(), parameters(type));
+    avcodec_open2(decoder.get(), codec, nullptr);
+    const tide::FramePtr frame(av_frame_alloc());
+    int frames = 0;
+    const auto decode = [&](const AVPacket* packet) {
+        avcodec_send_packet(decoder.get(), packet);
+        while (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
+            frames += frame->decode_error_flags == 0;
+    };
+    for (const auto& packet : packets_) {
+        if (packet->stream_index == stream)
+            decode(packet.get());
+    }
+    decode(nullptr);
+    return frames;
+}
+
+void Clip::announce(tide::PacketSink& sink) const
+{
+    std::vector<tide::TrackInfo> tracks;
+    for (unsigned i = 0; i < demuxer_->nb_streams; ++i) {
+        const AVStream& stream = *demuxer_->streams[i];
+        tracks.push_back({stream.codecpar, stream.time_base, stream.avg_frame_rate});
+    }
+    sink.tracks(tracks);
+}
+
+void Clip::feed(tide::PacketSink& sink, std::size_t first, std::size_t count, const Change& change) const
+{
+    const std::size_t end = first + std::min(count, packets_.size() - first);
+    for (std::size_t i = first; i < end; ++i) {
+        const tide::PacketPtr packet(av_packet_clone(packets_[i].get()));
+        if (change)
+            change(*packet);
+        sink.packet(*packet);
+    }
+}
+
+std::size_t Clip::nextKeyPicture(std::size_t from) const
+{
+    const int video = streamOf(AVMEDIA_TYPE_VIDEO);
+    while (from < packets_.size() &&
+           !(packets_[from]->stream_index == video && (packets_[from]->flags & AV_PKT_FLAG_KEY)))
+        ++from;
+    return from;
+}
+
+} // namespace record_test

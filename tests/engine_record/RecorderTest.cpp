@@ -1,0 +1,319 @@
+#include "engine/record/Recorder.h"
+#include "engine/core/Log.h"
+#include "tests/engine_record/Clip.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <functional>
+#include <thread>
+
+namespace tide {
+namespace {
+
+using namespace std::chrono_literals;
+using record_test::Clip;
+using record_test::Folder;
+using record_test::Packet;
+namespace fs = std::filesystem;
+
+constexpr auto kVideo = AVMEDIA_TYPE_VIDEO;
+constexpr auto kSound = AVMEDIA_TYPE_AUDIO;
+constexpr int kSeconds = 8;
+
+// 25 pictures a second with two B pictures in a row, a key picture each second.
+const std::string kPictures = "-f lavfi -i testsrc2=s=320x240:r=25:d=8 -f lavfi -i sine=f=440:r=48000:d=8 "
+                              "-c:v libx264 -preset ultrafast -bf 2 -g 25 -keyint_min 25 -sc_threshold 0 ";
+
+std::vector<std::vector<std::uint8_t>> payloads(const std::vector<Packet>& packets)
+{
+    std::vector<std::vector<std::uint8_t>> found;
+    for (const Packet& packet : packets)
+        found.push_back(packet.data);
+    return found;
+}
+
+class Recording : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        quietFfmpeg();
+        folder_ = std::make_unique<Folder>();
+        record_test::makeClip(kPictures + "-c:a aac " + file("clip.mp4"));
+        clip_ = std::make_unique<Clip>(file("clip.mp4"));
+    }
+    static void TearDownTestSuite()
+    {
+        clip_.reset();
+        folder_.reset();
+    }
+
+    std::shared_ptr<Recorder> start(const std::string& path)
+    {
+        return Recorder::start(path, [this] { ++failures_; });
+    }
+
+    static std::string file(const std::string& name) { return *folder_ / name; }
+
+    static inline std::unique_ptr<Folder> folder_;
+    static inline std::unique_ptr<Clip> clip_;
+    std::atomic<int> failures_{0};
+};
+
+void expectSameTimes(const std::vector<Packet>& made, const std::vector<Packet>& source, double shift)
+{
+    ASSERT_EQ(made.size(), source.size());
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        EXPECT_NEAR(made[i].pts, source[i].pts + shift, 0.0005) << i;
+        EXPECT_NEAR(made[i].dts, source[i].dts + shift, 0.0005) << i;
+        EXPECT_EQ(made[i].isKey, source[i].isKey) << i;
+    }
+}
+
+TEST_F(Recording, holdsTheStreamPacketForPacket)
+{
+    const auto recorder = start(file("copy.mp4"));
+    ASSERT_TRUE(recorder);
+    EXPECT_EQ(recorder->size(), 0);
+    clip_->announce(*recorder);
+    clip_->feed(*recorder);
+    EXPECT_TRUE(recorder->finish(10s));
+    EXPECT_EQ(recorder->size(), static_cast<std::int64_t>(fs::file_size(file("copy.mp4"))));
+
+    const Clip made(file("copy.mp4"));
+    const auto source = clip_->packets(kVideo);
+    EXPECT_EQ(payloads(made.packets(kVideo)), payloads(source));
+    expectSameTimes(made.packets(kVideo), source, -source.front().dts);
+    auto sound = clip_->packets(kSound);
+    const auto isEarly = [&](const Packet& packet) { return packet.pts < source.front().dts; };
+    sound.erase(sound.begin(), std::find_if_not(sound.begin(), sound.end(), isEarly));
+    EXPECT_EQ(payloads(made.packets(kSound)), payloads(sound));
+    expectSameTimes(made.packets(kSound), sound, -source.front().dts);
+    EXPECT_NEAR(made.duration(), kSeconds, 0.2);
+    EXPECT_EQ(failures_, 0);
+}
+
+// Waits until the writing thread has caught up so far that `isSo`.
+bool comesTrue(const std::function<bool()>& isSo)
+{
+    const auto limit = Clock::now() + 10s;
+    while (!isSo() && Clock::now() < limit)
+        std::this_thread::sleep_for(5ms);
+    return isSo();
+}
+
+TEST_F(Recording, splitIntoPartsLosesNothing)
+{
+    const std::vector<std::string> parts{file("p1.mp4"), file("p2.mp4"), file("p3.mp4"), file("p4.mp4")};
+    const auto recorder = start(parts[0]);
+    clip_->announce(*recorder);
+    const std::size_t step = clip_->size() / 4; // anywhere in a group
+    clip_->feed(*recorder, 0, step);
+    EXPECT_TRUE(comesTrue([&] { return recorder->size() > 0; }));
+    fs::rename(parts[0], file("renamed.mp4")); // as a host may at any time
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        ASSERT_TRUE(recorder->switchTo(parts[i]));
+        EXPECT_EQ(recorder->size(), 0);
+        clip_->feed(*recorder, i * step, i + 1 < parts.size() ? step : SIZE_MAX);
+    }
+    EXPECT_FALSE(recorder->switchTo(file("no folder") + "/p5.mp4"));
+    EXPECT_FALSE(recorder->switchTo(parts[3])); // being written
+    ASSERT_TRUE(recorder->switchTo(file("unused.mp4")));
+    EXPECT_TRUE(recorder->finish(10s));
+    EXPECT_FALSE(recorder->switchTo(file("late.mp4")));
+    EXPECT_FALSE(fs::exists(parts[0]) || fs::exists(file("unused.mp4")));
+
+    fs::rename(file("renamed.mp4"), parts[0]);
+    std::vector<std::vector<std::uint8_t>> pictures, sound;
+    for (const std::string& part : parts) {
+        const Clip made(part);
+        const auto video = made.packets(kVideo);
+        ASSERT_FALSE(video.empty());
+        EXPECT_TRUE(video.front().isKey);
+        EXPECT_EQ(video.front().dts, 0);
+        EXPECT_EQ(made.decodable(kVideo), static_cast<int>(video.size()));
+        EXPECT_LT(made.packets(kSound).front().pts, 0.1);
+        for (auto& data : payloads(video))
+            pictures.push_back(std::move(data));
+        for (auto& data : payloads(made.packets(kSound)))
+            sound.push_back(std::move(data));
+    }
+    EXPECT_EQ(pictures, payloads(clip_->packets(kVideo)));
+    const auto source = payloads(clip_->packets(kSound));
+    EXPECT_TRUE(
+        std::equal(sound.rbegin(), sound.rend(), source.rbegin())); // what is before the first key picture lacks
+    EXPECT_NEAR(static_cast<double>(sound.size()), static_cast<double>(source.size()), 6);
+}
+
+struct Source
+{
+    const char* arguments;
+    const char* name;
+    double soundStart; // seconds after the first picture
+};
+
+class AnySource : public Recording, public ::testing::WithParamInterface<Source>
+{
+};
+
+// Whatever comes is playable, whole and in time with its sound.
+TEST_P(AnySource, becomesAPlayableFile)
+{
+    record_test::makeClip(kPictures + GetParam().arguments + file(GetParam().name));
+    const Clip source(file(GetParam().name));
+    const auto recorder = start(file("made.mp4"));
+    source.announce(*recorder);
+    source.feed(*recorder);
+    EXPECT_TRUE(recorder->finish(10s));
+
+    const Clip made(file("made.mp4"));
+    EXPECT_EQ(made.decodable(kVideo), kSeconds * 25);
+    ASSERT_TRUE(made.parameters(kSound));
+    EXPECT_EQ(made.parameters(kSound)->codec_id, AV_CODEC_ID_AAC);
+    const auto sound = made.packets(kSound);
+    ASSERT_FALSE(sound.empty());
+    EXPECT_EQ(made.decodable(kSound), static_cast<int>(sound.size()));
+    EXPECT_NEAR(sound.back().pts - sound.front().pts, kSeconds, 0.3);
+    const double offset = sound.front().pts - made.packets(kVideo).front().pts;
+    EXPECT_NEAR(offset, GetParam().soundStart, 0.15);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sources, AnySource,
+                         ::testing::Values(Source{"-c:a aac ", "adts.ts", 0},
+                                           Source{"-c:a pcm_alaw -ar 8000 -ac 1 ", "alaw.mov", 0},
+                                           Source{"-c:a pcm_mulaw -ar 8000 -af asetpts=PTS+2/TB ", "mulaw.mkv", 2},
+                                           Source{"-c:a ac3 ", "ac3.ts", 0}));
+
+TEST_F(Recording, soundAloneIsRecordedToo)
+{
+    record_test::makeClip("-f lavfi -i sine=d=8 -c:a pcm_alaw -ar 8000 " + file("alone.wav"));
+    const Clip source(file("alone.wav"));
+    const auto recorder = start(file("sound.mp4"));
+    source.announce(*recorder);
+    source.feed(*recorder);
+    EXPECT_TRUE(recorder->finish(10s));
+    EXPECT_NEAR(Clip(file("sound.mp4")).duration(), kSeconds, 0.3);
+}
+
+TEST_F(Recording, goesOnAfterAReconnect)
+{
+    const auto recorder = start(file("reconnect.mp4"));
+    clip_->announce(*recorder);
+    clip_->feed(*recorder, 0, clip_->size() / 2);
+    clip_->announce(*recorder); // the source begins anew, in the middle of a group
+    clip_->feed(*recorder, 5);
+    EXPECT_TRUE(recorder->finish(10s));
+
+    const Clip made(file("reconnect.mp4"));
+    const auto video = made.packets(kVideo);
+    EXPECT_EQ(made.decodable(kVideo), static_cast<int>(video.size()));
+    EXPECT_GT(video.size(), 25u * (kSeconds / 2 + kSeconds - 2));
+    for (std::size_t i = 1; i < video.size(); ++i)
+        EXPECT_NEAR(video[i].dts - video[i - 1].dts, 0.04, 0.0401) << i;
+    EXPECT_EQ(failures_, 0);
+}
+
+TEST_F(Recording, aFullDiskEndsItAndWhatIsWrittenIsGood)
+{
+    const auto recorder = start(file("full.mp4"));
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limit{fs::file_size(file("clip.mp4")) / 2, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    clip_->announce(*recorder);
+    clip_->feed(*recorder);
+    EXPECT_TRUE(comesTrue([&] { return failures_ > 0; }));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+
+    EXPECT_FALSE(recorder->isRunning());
+    EXPECT_FALSE(recorder->switchTo(file("next.mp4")));
+    clip_->feed(*recorder);
+    EXPECT_TRUE(recorder->finish(1s));
+    EXPECT_EQ(failures_, 1);
+    const Clip made(file("full.mp4"));
+    const auto video = payloads(made.packets(kVideo));
+    EXPECT_EQ(video.size() % 25, 0u);
+    EXPECT_GE(video.size(), 50u);
+    EXPECT_EQ(made.decodable(kVideo), static_cast<int>(video.size()));
+}
+
+TEST_F(Recording, aFileThatIsDeletedEndsIt)
+{
+    fs::create_directory(file("going"));
+    const auto recorder = start(file("going/one.mp4"));
+    fs::remove_all(file("going"));
+    clip_->announce(*recorder);
+    clip_->feed(*recorder);
+    EXPECT_TRUE(comesTrue([&] { return failures_ == 1; }));
+}
+
+TEST_F(Recording, isRefusedWhereNoFileCanBe)
+{
+    mkfifo(file("pipe").c_str(), 0600);
+    for (const std::string& path :
+         {file("missing/a.mp4"), *folder_ / ".", file("pipe"), std::string("/dev/null"), std::string()})
+        EXPECT_FALSE(start(path)) << path;
+    const auto first = start(file("twice.mp4"));
+    EXPECT_FALSE(start(file("twice.mp4")));
+    EXPECT_TRUE(first->finish(1s));
+    EXPECT_FALSE(fs::exists(file("twice.mp4"))); // nothing came
+}
+
+// Run by the next test in a process of its own.
+TEST_F(Recording, DISABLED_recordsUntilItIsKilled)
+{
+    const std::string path = std::getenv("RECORD_TEST_FILE");
+    const auto recorder = start(path);
+    clip_->announce(*recorder);
+    clip_->feed(*recorder, 0, clip_->nextKeyPicture(clip_->size() / 2) + 3);
+    comesTrue([&] { return fs::file_size(path) > fs::file_size(file("clip.mp4")) / 3; });
+    std::this_thread::sleep_for(200ms);
+    raise(SIGKILL);
+}
+
+TEST_F(Recording, aKilledProcessLosesOneGroupAtMost)
+{
+    const std::string killed = file("killed.mp4");
+    const std::string command =
+        "RECORD_TEST_FILE=" + killed + " " + fs::read_symlink("/proc/self/exe").string() +
+        " --gtest_also_run_disabled_tests --gtest_filter='*recordsUntilItIsKilled' >/dev/null 2>&1";
+    EXPECT_NE(std::system(command.c_str()), 0);
+    const Clip made(killed);
+    const auto video = payloads(made.packets(kVideo));
+    const auto source = payloads(clip_->packets(kVideo));
+    EXPECT_EQ(video.size() % 25, 0u);
+    EXPECT_GE(video.size(), source.size() / 2 - 25);
+    EXPECT_TRUE(std::equal(video.begin(), video.end(), source.begin()));
+    EXPECT_EQ(made.decodable(kVideo), static_cast<int>(video.size()));
+}
+
+TEST_F(Recording, theFileCanBeSought)
+{
+    const auto recorder = start(file("seek.mp4"));
+    clip_->announce(*recorder);
+    clip_->feed(*recorder);
+    recorder->finish(10s);
+    AVFormatContext* opened = nullptr;
+    ASSERT_GE(avformat_open_input(&opened, file("seek.mp4").c_str(), nullptr, nullptr), 0);
+    const DemuxerPtr demuxer(opened);
+    const PacketPtr packet(av_packet_alloc());
+    for (const int second : {6, 2, 7, 0}) {
+        ASSERT_GE(av_seek_frame(opened, -1, second * AV_TIME_BASE + AV_TIME_BASE / 2, AVSEEK_FLAG_BACKWARD), 0);
+        do
+            ASSERT_GE(av_read_frame(opened, packet.get()), 0);
+        while (packet->stream_index != 0);
+        EXPECT_TRUE(packet->flags & AV_PKT_FLAG_KEY);
+        EXPECT_NEAR(static_cast<double>(packet->dts) * av_q2d(opened->streams[0]->time_base), second, 0.1);
+    }
+}
+
+} // namespace
+} // namespace tide

@@ -1,0 +1,111 @@
+#include "engine/record/Snapshot.h"
+#include "engine/core/PixelColours.h"
+#include "tests/engine_record/Clip.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace tide {
+namespace {
+
+using record_test::Folder;
+
+// The first picture of a file.
+FramePtr firstPicture(const std::string& path)
+{
+    AVFormatContext* opened = nullptr;
+    if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)
+        return nullptr;
+    const DemuxerPtr demuxer(opened);
+    avformat_find_stream_info(opened, nullptr);
+    const AVCodec* codec = avcodec_find_decoder(opened->streams[0]->codecpar->codec_id);
+    const CodecPtr decoder(avcodec_alloc_context3(codec));
+    avcodec_parameters_to_context(decoder.get(), opened->streams[0]->codecpar);
+    avcodec_open2(decoder.get(), codec, nullptr);
+    const PacketPtr packet(av_packet_alloc());
+    FramePtr frame(av_frame_alloc());
+    while (av_read_frame(opened, packet.get()) >= 0) {
+        avcodec_send_packet(decoder.get(), packet.get());
+        av_packet_unref(packet.get());
+        if (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
+            return frame;
+    }
+    avcodec_send_packet(decoder.get(), nullptr);
+    return avcodec_receive_frame(decoder.get(), frame.get()) >= 0 ? std::move(frame) : nullptr;
+}
+
+std::vector<std::uint8_t> toRgb(const AVFrame& frame, AVColorSpace space)
+{
+    std::vector<std::uint8_t> rgb(static_cast<std::size_t>(frame.width * frame.height * 3));
+    const ScalerPtr scaler(sws_getContext(frame.width, frame.height, plainFormatOf(frame), frame.width, frame.height,
+                                          AV_PIX_FMT_RGB24, SWS_BICUBIC | SWS_ACCURATE_RND, nullptr, nullptr, nullptr));
+    sws_setColorspaceDetails(scaler.get(), sws_getCoefficients(space), isFullRange(frame) ? 1 : 0,
+                             sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16, 1 << 16);
+    std::uint8_t* planes[] = {rgb.data()};
+    const int strides[] = {frame.width * 3};
+    sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes, strides);
+    return rgb;
+}
+
+double psnr(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b)
+{
+    double squares = 0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        squares += std::pow(a[i] - b[i], 2);
+    return 10 * std::log10(255.0 * 255.0 * static_cast<double>(a.size()) / std::max(squares, 1.0));
+}
+
+struct Picture
+{
+    const char* arguments;
+    AVColorSpace space; // as which a viewer of the video shows it
+};
+
+class AnyPicture : public ::testing::TestWithParam<Picture>
+{
+};
+
+TEST_P(AnyPicture, isSavedAsItIsShown)
+{
+    const Folder folder;
+    const std::string source = folder / "source.mkv";
+    record_test::makeClip("-f lavfi -i " + std::string(GetParam().arguments) + " -frames:v 1 " + source);
+    const FramePtr shown = firstPicture(source);
+    ASSERT_TRUE(shown);
+    const auto expected = toRgb(*shown, GetParam().space);
+    const struct
+    {
+        PictureFile kind;
+        const char* name;
+        double least;
+    } files[] = {{PictureFile::Jpeg, "shot.jpg", 37}, {PictureFile::Bmp, "shot.bmp", 44}};
+    for (const auto& file : files) {
+        EXPECT_EQ(saveSnapshot(*shown, file.kind, folder / file.name), Failure::None);
+        const FramePtr saved = firstPicture(folder / file.name);
+        ASSERT_TRUE(saved) << file.name;
+        ASSERT_EQ(saved->width, shown->width);
+        ASSERT_EQ(saved->height, shown->height);
+        EXPECT_GT(psnr(toRgb(*saved, AVCOL_SPC_SMPTE170M), expected), file.least) << file.name;
+        EXPECT_FALSE(std::filesystem::exists(folder / file.name + ".part"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pictures, AnyPicture,
+    ::testing::Values(Picture{"smptehdbars=s=1920x1080 -c:v libx264 -pix_fmt yuv420p -qp 4", AVCOL_SPC_BT709},
+                      Picture{"testsrc=s=352x288 -c:v libx264 -pix_fmt yuv420p -qp 4", AVCOL_SPC_SMPTE170M},
+                      Picture{"testsrc=s=322x242 -c:v mjpeg -pix_fmt yuvj422p -q:v 2", AVCOL_SPC_SMPTE170M},
+                      Picture{"smptebars=s=704x576 -c:v libx264 -pix_fmt yuv444p10 -qp 4", AVCOL_SPC_SMPTE170M}));
+
+TEST(Snapshot, isRefusedWhereNoFileCanBe)
+{
+    const Folder folder;
+    record_test::makeClip("-f lavfi -i testsrc=s=64x64 -frames:v 1 " + folder / "source.png");
+    const FramePtr shown = firstPicture(folder / "source.png");
+    for (const std::string& path : {folder / "missing/shot.jpg", folder / ".", std::string("/proc/shot.jpg")})
+        EXPECT_EQ(saveSnapshot(*shown, PictureFile::Jpeg, path), Failure::WriteFailed) << path;
+}
+
+} // namespace
+} // namespace tide
