@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QLoggingCategory>
+#include <QRegularExpression>
 
 namespace quillmark::lumen_deck {
 
@@ -18,13 +19,21 @@ QJsonDocument* noMainWindow(const char* name)
     return dealResult(std::make_shared<ReferenceError>(QString(name) + " needs a main window", LUMEN_HERE));
 }
 
+// The text of a document as it may stand in a log: no credential, neither by itself nor in an address.
+QString textForLog(const QJsonDocument& args)
+{
+    static const QRegularExpression credential(R"re(("auth":\s*)"(?:[^"\\]|\\.)*")re");
+    static const QRegularExpression login(R"re((\w://)[^/\s"]*@)re");
+    return QString::fromUtf8(args.toJson()).replace(credential, R"(\1"***")").replace(login, R"(\1***@)");
+}
+
 // The text of a document may be long: it is made only for somebody who reads it.
 void logCall(const char* name, const QWidget* mainWindow, const QJsonDocument& args)
 {
     if (!QLoggingCategory::defaultCategory()->isDebugEnabled())
         return;
     qDebug().noquote() << name << "of mainWindow" << static_cast<const void*>(mainWindow) << "json arguments: \n"
-                       << args.toJson();
+                       << textForLog(args);
 }
 
 void logCall(const char* name)

@@ -4,9 +4,12 @@
 
 namespace quillmark::lumen_deck {
 
+// A compiler cache may have made the path relative to the build folder.
 QString sourceModule(const char* file)
 {
-    const QString path = QString::fromUtf8(file);
+    QString path = QString::fromUtf8(file);
+    while (path.startsWith(QLatin1String("../")))
+        path.remove(0, 3);
     const int dot = path.lastIndexOf(QLatin1Char('.'));
     return dot > path.lastIndexOf(QLatin1Char('/')) ? path.left(dot) : path;
 }
