@@ -68,13 +68,15 @@ TransferResult DownloadJob::prepare()
 
 TransferResult DownloadJob::work(HttpClient& client)
 {
+    begun_ = std::chrono::steady_clock::now();
     long long most = 0;
     HttpAnswer answer = fetch(client);
     for (int tries = 1; most > 0 || file_.size() > 0; ++tries) {
         if (file_.size() > most)
             tries = 1;
         most = std::max(most, file_.size());
-        if (!isWorthAnotherTry(answer.status) || tries == kTriesWithoutNewBytes || !client.wait(kPause * tries))
+        if (!isWorthAnotherTry(answer.status) || isOutOfTime() || tries == kTriesWithoutNewBytes ||
+            !client.wait(kPause * tries))
             break;
         answer = fetch(client);
     }
@@ -95,7 +97,7 @@ HttpRequest DownloadJob::request()
     HttpRequest request;
     request.url = order_.url;
     request.credential = order_.credential;
-    request.limit = order_.limit;
+    request.limit = timeLeft();
     if (!order_.body.empty()) {
         request.method = HttpMethod::Post;
         request.body = &body_;
@@ -104,6 +106,20 @@ HttpRequest DownloadJob::request()
     if (order_.packageType != 0)
         request.headers.push_back("Package-Type: " + std::to_string(order_.packageType));
     return request;
+}
+
+// At least a second, since 0 is no limit.
+std::chrono::seconds DownloadJob::timeLeft() const
+{
+    if (order_.limit.count() == 0)
+        return order_.limit;
+    const auto spent = std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begun_);
+    return std::max(order_.limit - spent, std::chrono::seconds(1));
+}
+
+bool DownloadJob::isOutOfTime() const
+{
+    return order_.limit.count() > 0 && timeLeft() <= std::chrono::seconds(1);
 }
 
 HttpAnswer DownloadJob::fetch(HttpClient& client)
@@ -118,13 +134,23 @@ HttpAnswer DownloadJob::fetch(HttpClient& client)
         next.headers.push_back("If-Range: " + validator_);
     next.sink = [this](const HttpHead& head, std::string_view bytes) { return take(head, bytes); };
     HttpAnswer answer = client.perform(next);
-    if (offset_ > 0 && (answer.head.status == kRangeNotSatisfiable || (answer.isOk() && !hasBegun_)))
-        isForeign_ = true;
-    if (isForeign_ && keep(file_.restart())) {
-        answer.status = TP_TRANSFER_LINE_CUT;
-        answer.text = "the server does not give the rest of the file";
-    }
+    judge(answer);
     return answer;
+}
+
+// A server may give something else than the rest, or less than it.
+void DownloadJob::judge(HttpAnswer& answer)
+{
+    const bool isEmpty = answer.isOk() && !hasBegun_;
+    const bool isWrongSize = answer.isOk() && total_ > 0 && file_.size() != total_;
+    if (offset_ > 0 && (answer.head.status == kRangeNotSatisfiable || isEmpty))
+        isForeign_ = true;
+    if (!isForeign_ && !isWrongSize)
+        return;
+    answer.status = TP_TRANSFER_LINE_CUT;
+    answer.text = "the server does not give the rest of the file";
+    if (isForeign_ || file_.size() > total_)
+        keep(file_.restart());
 }
 
 // The first bytes of an answer: the rest that was asked for, or the whole file anew.

@@ -235,6 +235,14 @@ ListPtr headerList(const HttpRequest& request)
     return list;
 }
 
+HttpAnswer failed(TP_TransferStatus status, const char* text)
+{
+    HttpAnswer answer;
+    answer.status = status;
+    answer.text = text;
+    return answer;
+}
+
 // A refusal stands even where the line broke after it. Where the server has no words, the number of its status or
 // libcurl's complaint takes their place.
 void conclude(Exchange& exchange, CURLcode code)
@@ -269,6 +277,7 @@ bool isSendable(const HttpRequest& request)
 
 void HttpClient::MultiDeleter::operator()(CURLM* multi) const
 {
+    const SigpipeGuard guard; // it takes leave of the servers
     curl_multi_cleanup(multi);
 }
 
@@ -279,15 +288,13 @@ HttpClient::HttpClient()
 
 HttpAnswer HttpClient::perform(const HttpRequest& request)
 {
+    const SigpipeGuard guard;
     Exchange exchange{request, {}, {}};
     const EasyPtr easy(curl_easy_init());
     if (!easy || !multi_)
         return exchange.answer;
-    if (!isSendable(request)) {
-        exchange.answer.status = TP_TRANSFER_BAD_REQUEST;
-        exchange.answer.text = "not an http or https address";
-        return exchange.answer;
-    }
+    if (!isSendable(request))
+        return failed(TP_TRANSFER_BAD_REQUEST, "not an http or https address");
     const ListPtr headers = headerList(request);
     curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
     setAddress(easy.get(), request);
@@ -295,9 +302,8 @@ HttpAnswer HttpClient::perform(const HttpRequest& request)
     setLogin(easy.get(), request.credential);
     setBody(easy.get(), exchange);
     setCallbacks(easy.get(), exchange);
-    const SigpipeGuard guard;
     conclude(exchange, run(easy.get()));
-    return exchange.answer;
+    return cancelled_ ? failed(TP_TRANSFER_FAILED, "stopped") : exchange.answer;
 }
 
 CURLcode HttpClient::run(CURL* easy)
