@@ -54,11 +54,14 @@ exec 3>&1 1>&2 # only the program and the screenshot's path write to standard ou
 )
 place=$root/build/wall
 programs=$root/build/default/bin
-mkdir -p "$place/home"
+mkdir -p "$place/home" "$place/run"
+chmod 700 "$place/run"
 
 helpers=()
 stop_helpers() {
-    [ ${#helpers[@]} -eq 0 ] || kill "${helpers[@]}" 2>/dev/null || true
+    [ ${#helpers[@]} -gt 0 ] || return 0
+    kill "${helpers[@]}" 2>/dev/null || true
+    wait "${helpers[@]}" 2>/dev/null || true
 }
 trap stop_helpers EXIT
 
@@ -84,6 +87,6 @@ fi
 
 # PWD names the folder that the library keeps its files in.
 status=0
-env PWD="$place/home" QT_QPA_PLATFORM=xcb "$programs/lumen-wall" "${options[@]}" "${sources[@]}" >&3 || status=$?
+env PWD="$place/home" QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="${XDG_RUNTIME_DIR:-$place/run}" "$programs/lumen-wall" "${options[@]}" "${sources[@]}" >&3 || status=$?
 [ "$status" -ne 0 ] || [ -z "$screenshot" ] || [ -n "$control" ] || echo "$screenshot" >&3
 exit "$status"

@@ -19,7 +19,7 @@ constexpr int kMostSources = 16;
 constexpr int kSecondsForScreenshot = 6;
 
 const std::map<std::string, int> kRatios{{"fill", 0}, {"4:3", 1}, {"16:9", 2}, {"original", 3}, {"1:1", 4}};
-const std::map<std::string, int> kProtocols{{"tcp", 0}, {"udp", 1}};
+const std::map<std::string, int> kProtocols{{"tcp", 0}, {"udp", 1}, {"multicast", 2}, {"auto", 3}, {"http", 4}};
 const std::map<std::string, std::string> kLogRules{
     {"quiet", "*=false"}, {"warnings", "*.debug=false\n*.info=false"}, {"debug", "default.debug=true"}};
 
@@ -75,7 +75,8 @@ void addWall(CLI::App& app, Raw& raw, Options& options)
         ->check(CLI::IsMember(kRatios));
     app.add_option("--sound", options.sound, "the window to be heard, counted from 1")
         ->check(CLI::Range(1, kMostSources));
-    app.add_option("--protocol", raw.protocol, "how rtsp streams travel: tcp or udp; kept for the next time")
+    app.add_option("--protocol", raw.protocol,
+                   "how rtsp streams travel: tcp, udp, multicast, auto or http; kept for the next time")
         ->check(CLI::IsMember(kProtocols));
     app.add_flag("--loop", options.loop, "start a source again when it ends");
 }

@@ -16,6 +16,11 @@ using namespace quillmark::lumen_wall;
 
 namespace {
 
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
 QString styleSheet()
 {
     QFile file(":/dark.qss");
@@ -85,6 +90,10 @@ int main(int argc, char** argv)
     if (line.exitCode)
         return *line.exitCode;
     const Options& options = line.options;
+    if (!hasDisplay()) {
+        std::cerr << "lumen-wall: there is no display: DISPLAY is not set\n";
+        return 2;
+    }
 
     std::signal(SIGPIPE, SIG_IGN); // a program that has gone away must not take the wall with it unasked
     QLoggingCategory::setFilterRules(options.logRules);

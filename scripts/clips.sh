@@ -19,7 +19,7 @@ make_clip() {
     echo "making the clip $(basename "$file")"
     ffmpeg -nostdin -v error -y -f lavfi -i "$source" "$@" -t "$CLIP_SECONDS" \
         -vf "fps=$CLIP_RATE,scale=${size/x/:},$(label "$name"),format=yuv420p" -c:v libx264 -preset veryfast -crf 27 -bf 0 -g $((2 * CLIP_RATE)) \
-        -movflags +faststart -f mp4 "$file.part"
+        -metadata creation_time=now -movflags +faststart -f mp4 "$file.part"
     mv "$file.part" "$file"
 }
 

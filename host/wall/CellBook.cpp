@@ -17,10 +17,10 @@ constexpr int kFastestStep = 3;
 void start(CellState& state, const QJsonObject& args, Motion motion)
 {
     state.source = args.value("url").toString();
+    state.auth = args.value("auth").toString();
     state.motion = motion;
     state.paused = false;
     state.speedStep = 0;
-    state.volume = 100;
     state.sound = false;
     state.trouble.clear();
 }

@@ -20,7 +20,7 @@ enum class Motion
 // What the host knows of one cell; the library is asked for the rest.
 struct CellState
 {
-    QString source; // kept after a stop, so that play starts it again
+    QString source, auth; // kept after a stop, so that play starts it again
     Motion motion = Motion::None;
     bool paused = false;
     int speedStep = 0; // -3 to 3: 1/8 to 8 times

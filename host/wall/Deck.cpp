@@ -10,8 +10,7 @@ namespace {
 QString errorText(const QString& function, const QJsonObject& error)
 {
     const QString code = QStringLiteral("error %1").arg(error.value("errorCode").toInt());
-    const QString message = error.value("errorMessage").toString(code);
-    return message.startsWith(function) ? message : function + ": " + message;
+    return error.value("errorMessage").toString(function + ": " + code);
 }
 
 } // namespace
@@ -22,7 +21,6 @@ Deck::Deck(QWidget* wall)
 {
     connect(&events_, &EventHub::happened, this, &Deck::onEvent);
     connect(&cells_, &CellBook::layoutChanged, this, [this] { select(0); });
-    call("LD_Initialize");
 }
 
 Deck::~Deck()
@@ -42,6 +40,16 @@ Reply Deck::invoke(const Function& function, const QJsonDocument& args)
             this, [this, name, object = args.object(), result = reply.result] { note(name, object, result); },
             Qt::QueuedConnection);
     return reply;
+}
+
+void Deck::start()
+{
+    call("LD_Initialize");
+}
+
+QJsonValue Deck::ask(const char* function, const QJsonObject& args) const
+{
+    return lumen_wall::invoke(*findFunction(function), wall_, QJsonDocument(args), &EventHub::receive).result;
 }
 
 QJsonValue Deck::call(const char* function, const QJsonObject& args)

@@ -16,15 +16,16 @@ class Deck : public QObject
     Q_OBJECT
 
 public:
-    // Initialises the library on `wall`, which must outlive the deck.
-    explicit Deck(QWidget* wall);
-    ~Deck() override; // stops every stream
+    explicit Deck(QWidget* wall); // outlives the deck
+    ~Deck() override;             // stops every stream
 
     // Any thread that the function allows.
     Reply invoke(const Function& function, const QJsonDocument& args);
 
-    // Main thread. A failure is also told by `failed`.
+    // Main thread. A failure of call() is also told by `failed`, one of ask() is the answer.
+    void start(); // initialises the library on the wall
     QJsonValue call(const char* function, const QJsonObject& args = {});
+    QJsonValue ask(const char* function, const QJsonObject& args = {}) const;
     QWidget* wall() const { return wall_; }
     EventHub& events() { return events_; }
     CellBook& cells() { return cells_; }

@@ -3,6 +3,7 @@
 #include "host/Theme.h"
 #include "host/wall/StreamMessages.h"
 
+#include <QDateTime>
 #include <QJsonArray>
 
 #include <algorithm>
@@ -104,11 +105,11 @@ void Operator::shrink()
         toggleEnlarged(enlarged_);
 }
 
-void Operator::open(int cell, const QString& source)
+void Operator::open(int cell, const QString& source, const QString& auth)
 {
     if (isPlaying(cell))
         deck_.call("LD_Stop", {{"wndIndex", cell}});
-    start(cell, source);
+    start(cell, source, auth);
 }
 
 void Operator::openFrom(int cell, const QStringList& sources)
@@ -118,18 +119,30 @@ void Operator::openFrom(int cell, const QStringList& sources)
         open(cell + i, sources[i]);
 }
 
-void Operator::start(int cell, const QString& source)
+void Operator::start(int cell, const QString& source, const QString& auth, const QString& from)
 {
-    deck_.call("LD_Play", {{"wndIndex", cell}, {"url", source}, {"auth", QString()}});
+    deck_.call("LD_Play", {{"wndIndex", cell}, {"url", source}, {"auth", auth}, {"startTime", from}});
+}
+
+// The date of the picture on show, in the form that a start or stop time takes; empty if the source tells none.
+QString Operator::moment(int cell) const
+{
+    const QJsonValue time = deck_.ask("LD_GetOSDTime", {{"wndIndex", cell}}).toObject().value("osdTime");
+    return time.isDouble()
+               ? QDateTime::fromSecsSinceEpoch(static_cast<qint64>(time.toDouble())).toString("yyyy-MM-dd hh:mm:ss")
+               : QString();
 }
 
 void Operator::play()
 {
     const int cell = deck_.selected();
-    if (isPlaying(cell))
+    const CellState state = current();
+    if (isPlaying(cell) && state.motion == Motion::Reverse)
+        reverse();
+    else if (isPlaying(cell))
         callSelected("LD_Resume");
-    else if (const QString source = current().source; !source.isEmpty())
-        start(cell, source);
+    else if (!state.source.isEmpty())
+        start(cell, state.source, state.auth);
     else
         emit sourceWanted(cell);
 }
@@ -147,17 +160,19 @@ void Operator::stop()
     callSelected("LD_Stop");
 }
 
-// From reverse play back to forward play by the same button.
+// Turns the direction where the picture stands, as far as the source tells its time.
 void Operator::reverse()
 {
     const CellState state = current();
     if (state.source.isEmpty())
         return;
+    const QString here = moment(deck_.selected());
     stop();
     if (state.motion == Motion::Reverse)
-        start(deck_.selected(), state.source);
+        start(deck_.selected(), state.source, state.auth, here);
     else
-        callSelected("LD_ReversePlay", {{"url", state.source}, {"auth", ""}, {"startTime", ""}, {"stopTime", ""}});
+        callSelected("LD_ReversePlay",
+                     {{"url", state.source}, {"auth", state.auth}, {"startTime", ""}, {"stopTime", here}});
 }
 
 void Operator::step()
@@ -193,6 +208,12 @@ void Operator::setSound(int cell)
 void Operator::setVolume(int percent)
 {
     callSelected("LD_SetVolume", {{"volume", std::clamp(percent, 0, 100)}});
+}
+
+void Operator::changeVolume(int percent)
+{
+    if (isPlaying(deck_.selected()))
+        setVolume(current().volume + percent);
 }
 
 void Operator::setRatio(int mode)
@@ -237,11 +258,9 @@ void Operator::playAgain(int cell)
     const CellState before = deck_.cells().state(cell);
     if (before.motion != Motion::Forward)
         return;
-    open(cell, before.source);
-    if (!before.sound)
-        return;
-    setSound(cell);
-    deck_.call("LD_SetVolume", {{"wndIndex", cell}, {"volume", before.volume}});
+    open(cell, before.source, before.auth);
+    if (before.sound)
+        setSound(cell);
 }
 
 } // namespace quillmark::lumen_wall

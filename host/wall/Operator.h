@@ -28,7 +28,7 @@ public:
     void toggleEnlarged(int cell);
     void shrink();
 
-    void open(int cell, const QString& source);
+    void open(int cell, const QString& source, const QString& auth = {});
     void openFrom(int cell, const QStringList& sources); // one a cell, from `cell` on
 
     void play();  // from the start, or on after a pause
@@ -41,7 +41,7 @@ public:
     void toggleSound();
     void setSound(int cell);
     void setVolume(int percent);
-    void changeVolume(int percent) { setVolume(current().volume + percent); }
+    void changeVolume(int percent);
     void setRatio(int mode);
     void nextRatio();
 
@@ -56,7 +56,8 @@ private:
     QRectF placeInGrid(int index) const;
     QRectF placeOnScreen(int index) const;
     QJsonValue callSelected(const char* function, QJsonObject args = {});
-    void start(int cell, const QString& source);
+    void start(int cell, const QString& source, const QString& auth, const QString& from = {});
+    QString moment(int cell) const;
     void onEvent(int type, const QJsonObject& document);
     void onStreamEvent(int cell, int code);
     void playAgain(int cell);

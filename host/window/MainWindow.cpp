@@ -50,7 +50,7 @@ MainWindow::MainWindow()
     connect(status_, &StatusLine::eventsWanted, this, [this] { showEvents_->trigger(); });
     connect(&poll_, &QTimer::timeout, this, &MainWindow::refresh);
     poll_.start(kPollMs);
-    refresh();
+    deck_->start();
 }
 
 // The wall's helpers go before the widgets that they look at.
@@ -195,9 +195,9 @@ void MainWindow::askForFiles(int cell)
 
 void MainWindow::askForAddress(int cell)
 {
-    auto* dialog = new AddressDialog(cell, this);
+    auto* dialog = new AddressDialog(cell, operator_->current(), this);
     connect(dialog, &AddressDialog::chosen, operator_.get(),
-            [this, cell](const QString& address) { operator_->open(cell, address); });
+            [this, cell](const QString& address, const QString& auth) { operator_->open(cell, address, auth); });
     dialog->show();
 }
 

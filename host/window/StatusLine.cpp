@@ -57,7 +57,7 @@ void StatusLine::refresh(const CellState& state, bool playing)
 QString StatusLine::pictureSize() const
 {
     Deck& deck = operator_.deck();
-    const QJsonObject answer = deck.call("LD_QueryPlayStatus", {{"wndIndex", deck.selected()}}).toObject();
+    const QJsonObject answer = deck.ask("LD_QueryPlayStatus", {{"wndIndex", deck.selected()}}).toObject();
     const QJsonObject size = answer.value("playInfo").toObject().value("pictureSize").toObject();
     return size.isEmpty()
                ? QString()
