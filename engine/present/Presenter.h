@@ -30,8 +30,12 @@ struct PresenterStats
 // Owns the X connection, the GLX context and the render thread, and draws every window of the process.
 //
 // A "view" is one window that shows one source. Several views may share a source: its picture is uploaded once.
-// All functions may be called from any thread; none of them calls back into the caller, and none waits for the network
-// or for a decoder.
+// All functions may be called from any thread, draw hooks included; none of them calls back into the caller, and none
+// waits for the network or for a decoder. The render thread answers them between two windows, so the caller holds no
+// lock that a hook or a PictureSource takes.
+//
+// Pictures wait in their source, never here. A window that nobody can see is not drawn; its source goes on. A window
+// with a hook is drawn some ten times a second while its picture stands.
 class Presenter
 {
 public:
@@ -43,7 +47,8 @@ public:
     // Starts to show `source` in `window`. False when there is no X display or the window does not exist.
     bool add(int viewId, TP_WId window, std::shared_ptr<PictureSource> source);
 
-    // After it returns no hook of this view runs. Called from inside the view's own hook it does not wait for itself.
+    // After it returns no hook of this view runs and the source is let go. Called from inside a hook it does not wait
+    // for itself: the source is let go after the hook.
     void remove(int viewId);
 
     // An empty hook takes the present one off; after it returns the old one does not run any more (see remove).

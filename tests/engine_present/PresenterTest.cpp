@@ -1,8 +1,6 @@
 #include "tests/engine_present/FakeSource.h"
 #include "tests/engine_present/Screen.h"
 
-#include <GL/gl.h>
-
 #include <filesystem>
 #include <fstream>
 
@@ -46,6 +44,15 @@ void paintGreen(void*)
 class PresenterTest : public ::testing::Test
 {
 protected:
+    // The last connection that is closed takes the driver with it; a report of the leak checker can name it only while
+    // it is there.
+    static void SetUpTestSuite()
+    {
+        static Display* const keeper = XOpenDisplay(nullptr);
+        int count = 0;
+        XFree(glXGetFBConfigs(keeper, 0, &count));
+    }
+
     std::shared_ptr<FakeSource> show(int id, Window window, FramePtr frame)
     {
         auto source = std::make_shared<FakeSource>();
@@ -374,6 +381,7 @@ TEST_F(PresenterTest, ErrorsOfOtherConnectionsGoToTheirHandler)
     static std::atomic<int> errors{0};
     const Window window = screen_.window(20, 20);
     auto source = show(1, window, red());
+    ASSERT_TRUE(screen_.shows(window, 10, 10, kRed)); // the driver sets a handler of its own while it makes a surface
     const XErrorHandler engines = XSetErrorHandler(nullptr);
     XSetErrorHandler([](Display*, XErrorEvent*) {
         ++errors;
@@ -465,6 +473,12 @@ long countIn(const char* folder)
     return std::distance(begin(entries), end(entries));
 }
 
+#ifdef __SANITIZE_ADDRESS__
+constexpr long kMostGrowth = 256 * 256; // freed memory is kept for a while
+#else
+constexpr long kMostGrowth = 4 * 256;
+#endif
+
 long residentPages()
 {
     long size = 0;
@@ -498,7 +512,7 @@ TEST_F(PresenterTest, ManyStartsAndStopsLeakNothing)
     cycle(150);
     EXPECT_EQ(countIn("/proc/self/fd"), descriptors);
     EXPECT_EQ(countIn("/proc/self/task"), threads);
-    EXPECT_LT(residentPages() - pages, 4 * 256) << "a window's back buffer and planes are half a megabyte";
+    EXPECT_LT(residentPages() - pages, kMostGrowth) << "a window's back buffer and planes are half a megabyte";
 }
 
 } // namespace tide

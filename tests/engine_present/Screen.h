@@ -2,6 +2,7 @@
 
 #include "engine/present/Presenter.h"
 
+#include <GL/glx.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #undef None

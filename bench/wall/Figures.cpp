@@ -1,0 +1,82 @@
+#include "bench/wall/Figures.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <sys/resource.h>
+
+namespace bench {
+
+namespace {
+
+double seconds(const timeval& time)
+{
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
+QByteArray statusValue(const char* key)
+{
+    QFile status("/proc/self/status");
+    if (!status.open(QIODevice::ReadOnly))
+        return {};
+    const QList<QByteArray> lines = status.readAll().split('\n');
+    for (const QByteArray& line : lines) {
+        if (line.startsWith(key))
+            return line.mid(line.indexOf(':') + 1).replace("kB", "").trimmed();
+    }
+    return {};
+}
+
+} // namespace
+
+QJsonObject Figures::toJson() const
+{
+    return {{"cpuPerFrame", cpuPerFrame}, {"shownShare", shownShare}, {"threads", threads}, {"memory", memory}};
+}
+
+Figures Figures::fromJson(const QJsonObject& json)
+{
+    return {json["cpuPerFrame"].toDouble(), json["shownShare"].toDouble(), json["threads"].toInt(),
+            json["memory"].toDouble()};
+}
+
+double processCpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double residentMegabytes()
+{
+    return statusValue("VmRSS").toDouble() / 1024.0;
+}
+
+int threadCount()
+{
+    return statusValue("Threads").toInt();
+}
+
+QString clip(int framesPerSecond)
+{
+    const QDir folder(QCoreApplication::applicationDirPath());
+    const QString path = folder.filePath(QString("wall-%1.mp4").arg(framesPerSecond));
+    if (QFile::exists(path))
+        return path;
+    const QString part = path + ".part";
+    const QString picture = QString("testsrc2=size=704x576:rate=%1:duration=60").arg(framesPerSecond);
+    // Noise and bits as a camera has them: decoding must cost what it costs there.
+    QProcess::execute("ffmpeg", {"-y",       "-loglevel", "error",
+                                 "-f",       "lavfi",     "-i",
+                                 picture,    "-vf",       "noise=alls=7:allf=t,format=yuv420p",
+                                 "-c:v",     "libx264",   "-preset",
+                                 "veryfast", "-b:v",      QString("%1k").arg(150 * framesPerSecond),
+                                 "-g",       "50",        "-bf",
+                                 "0",        "-f",        "mp4",
+                                 part});
+    return QFile::rename(part, path) ? path : QString();
+}
+
+} // namespace bench

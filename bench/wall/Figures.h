@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+namespace bench {
+
+// What a run of one wall, or of plain decoding, has cost. Passed from the measuring process to the table as JSON.
+struct Figures
+{
+    double cpuPerFrame = 0; // milliseconds of the process, a shown frame
+    double shownShare = 0;  // of the frames that the clips have, 0..1
+    int threads = 0;
+    double memory = 0; // megabytes a window, above the wall without streams
+
+    QJsonObject toJson() const;
+    static Figures fromJson(const QJsonObject& json);
+};
+
+double processCpuSeconds();
+double residentMegabytes();
+int threadCount();
+
+// Makes the clip unless it is there: 704x576, H.264, a minute. Empty when that failed.
+QString clip(int framesPerSecond);
+
+// Plays the clip in `windows` windows through the library's own interface. Needs a QApplication.
+Figures playWall(int windows, const QString& clip, int framesPerSecond, QSize wall, double seconds);
+
+// Decodes the clip on one thread and shows nothing: what no wall can do without.
+Figures decodeOnly(const QString& clip);
+
+} // namespace bench
