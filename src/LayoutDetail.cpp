@@ -204,9 +204,9 @@ void CellWidget::setResolution(int width, int height)
     resolutionHeight_ = height;
 }
 
-int CellWidget::index() const
+int CellWidget::index()
 {
-    return Layout(parentWidget()).indexOf(const_cast<CellWidget*>(this));
+    return Layout(parentWidget()).indexOf(this);
 }
 
 // The state comes first: whoever hears the signal may run an event loop of its own, in which the button comes up.

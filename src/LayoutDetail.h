@@ -99,7 +99,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    int index() const;
+    int index();
 
     int ratioMode_ = 0;
     QColor borderColor_ = Qt::transparent;
