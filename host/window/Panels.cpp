@@ -1,5 +1,6 @@
 #include "host/window/Panels.h"
 
+#include "host/window/panels/DrawingPanel.h"
 #include "host/window/panels/EventLog.h"
 
 namespace quillmark::lumen_wall {
@@ -16,6 +17,7 @@ template <class Panel> QWidget* make(Operator& wall, QWidget* parent)
 const std::vector<PanelRow>& panels()
 {
     static const std::vector<PanelRow> table{
+        {"drawing", "Drawing", "W", Qt::RightDockWidgetArea, &make<DrawingPanel>},
         {"events", "Events", "E", Qt::BottomDockWidgetArea, &make<EventLog>},
     };
     return table;
