@@ -5,8 +5,8 @@
 namespace tide {
 
 // Round a draw hook. What it finds: the window's viewport, modelview and projection identity (vertices are clip
-// coordinates), blending on with source alpha over the picture, no program, no texture, tightly packed uploads, no
-// pending GL error. What it may leave: anything that glPushAttrib and glPushClientAttrib save, the matrices, a program,
+// coordinates), blending off, so that a colour is that colour over any picture, no program, no texture, tightly packed
+// uploads, no pending GL error. What it may leave: anything that glPushAttrib and glPushClientAttrib save, the matrices, a program,
 // a framebuffer or a vertex array bound, pushed attributes, errors. All of it is put back.
 class HookScope
 {

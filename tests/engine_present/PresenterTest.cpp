@@ -246,7 +246,7 @@ TEST_F(PresenterTest, TheHookDrawsOverThePictureInCleanState)
         GLfloat modelview[16] = {};
         glGetFloatv(GL_MODELVIEW_MATRIX, modelview);
         surprises += context == nullptr || viewport[2] != 60 || viewport[3] != 60 ||
-                     glIsEnabled(GL_BLEND) == GL_FALSE || modelview[0] != 1.0F || modelview[12] != 0.0F ||
+                     glIsEnabled(GL_BLEND) == GL_TRUE || modelview[0] != 1.0F || modelview[12] != 0.0F ||
                      glGetError() != GL_NO_ERROR;
         glColor4f(0.0F, 1.0F, 0.0F, 1.0F);
         glRectf(-1.0F, 0.0F, 0.0F, 1.0F); // the upper left quarter
@@ -260,11 +260,11 @@ TEST_F(PresenterTest, TheHookDrawsOverThePictureInCleanState)
         glEnable(GL_SCISSOR_TEST);
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
         glPixelStorei(GL_UNPACK_ROW_LENGTH, 3);
-        glDisable(GL_BLEND);
+        glEnable(GL_BLEND);
         glEnable(static_cast<GLenum>(0xdead));
     });
     ASSERT_TRUE(screen_.shows(window, 10, 10, kGreen));
-    EXPECT_TRUE(screen_.shows(window, 50, 10, Colour{128, 128, 0}));
+    EXPECT_TRUE(screen_.shows(window, 50, 10, kGreen)) << "nothing is blended unless the hook asks for it";
     EXPECT_TRUE(screen_.shows(window, 10, 50, kRed));
     put(*source, blue());
     EXPECT_TRUE(screen_.shows(window, 10, 50, kBlue));
