@@ -65,7 +65,7 @@ stop_helpers() {
 }
 trap stop_helpers EXIT
 
-if [ ${#sources[@]} -eq 0 ] && [ -z "$control" ]; then
+if [ ${#sources[@]} -eq 0 ]; then
     make_clips "$place/clips"
     exec {camera}< <(exec "$programs/lumen-camera" "$place/clips/bridge.h264" "$CLIP_RATE")
     helpers+=($!)

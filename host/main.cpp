@@ -1,4 +1,5 @@
 #include "host/Options.h"
+#include "host/QuitOnSignal.h"
 #include "host/control/ControlChannel.h"
 #include "host/window/MainWindow.h"
 #include "host/window/WallReport.h"
@@ -99,6 +100,7 @@ int main(int argc, char** argv)
     QLoggingCategory::setFilterRules(options.logRules);
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     QApplication application(argc, argv);
+    const QuitOnSignal quitOnSignal;
     application.setStyle("Fusion");
     application.setStyleSheet(styleSheet());
 

@@ -142,7 +142,7 @@ TEST(Control, MainThreadCallsKeepTheirOrder)
     EXPECT_EQ(answered, ids) << "all are answered before the end, in order";
 }
 
-TEST(End, InputQuitDialogAndAReaderThatIsGone)
+TEST(End, QuitDialogSignalAndAReaderThatIsGone)
 {
     WallProgram quits;
     quits.send(R"({"id": 1, "quit": true})");
@@ -154,6 +154,12 @@ TEST(End, InputQuitDialogAndAReaderThatIsGone)
     EXPECT_EQ(asks.call("LD_CloseSound", QJsonObject(), "worker"), QJsonValue(QJsonValue::Null)) << "workers go on";
     EXPECT_TRUE(asks.end()) << "nobody is left to answer the dialog";
     EXPECT_EQ(asks.answer(dialog).value("result").toObject().value("filepath"), QJsonValue(""));
+
+    WallProgram told;
+    ASSERT_EQ(told.call("LD_WindowCount"), QJsonValue(1));
+    told.process().terminate();
+    EXPECT_TRUE(told.process().waitForFinished(10000));
+    EXPECT_EQ(told.process().exitCode(), 0);
 
     QProcess unread, reader;
     unread.setStandardOutputProcess(&reader);
