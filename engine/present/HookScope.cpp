@@ -33,6 +33,17 @@ void unbindObjects()
     glBindTexture(GL_TEXTURE_2D, 0);
 }
 
+// Mesa loses track of what was changed between pushes of the hook's own, and a pop then leaves it as it is: what the
+// pictures are drawn with does not rest on the pops alone.
+void putBackByHand()
+{
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    for (const GLenum test : {GL_BLEND, GL_SCISSOR_TEST, GL_DEPTH_TEST, GL_STENCIL_TEST, GL_ALPHA_TEST, GL_CULL_FACE,
+                              GL_COLOR_LOGIC_OP, GL_POLYGON_STIPPLE})
+        glDisable(test);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+}
+
 } // namespace
 
 HookScope::HookScope()
@@ -56,6 +67,7 @@ HookScope::~HookScope()
         glPopClientAttrib();
     while (stackDepth(GL_ATTRIB_STACK_DEPTH) > depth_)
         glPopAttrib();
+    putBackByHand();
     forgetErrors();
 }
 
