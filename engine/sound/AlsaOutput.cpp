@@ -11,14 +11,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Microseconds kLead = 60ms; // written ahead of what is heard
-constexpr Microseconds kDeviceBuffer = 200ms;
+constexpr Microseconds kLead = 60ms;         // written ahead of what is heard
 constexpr Microseconds kDrift = 30ms;        // between our clock and the device's, before ours is set
 constexpr Microseconds kLongestCatchUp = 1s; // a longer stop (suspend) is skipped instead
 constexpr Microseconds kRetry = 2s;          // of the default device, while the null device stands in
-
-// ALSA reports to standard error, which belongs to the host. The handler is this thread's own.
-void ignoreReport(const char*, int, const char*, int, const char*, va_list) {}
 
 std::int16_t encode(float sample)
 {
@@ -27,14 +23,8 @@ std::int16_t encode(float sample)
 
 } // namespace
 
-void AlsaOutput::Closer::operator()(snd_pcm_t* device) const
-{
-    snd_pcm_close(device);
-}
-
 AlsaOutput::AlsaOutput(TimePoint now)
 {
-    snd_lib_error_set_local(ignoreReport);
     open(now);
 }
 
@@ -55,34 +45,12 @@ void AlsaOutput::fallBack(TimePoint now)
 
 bool AlsaOutput::tryOpen(const char* name)
 {
-    snd_pcm_t* opened = nullptr;
-    device_.reset();
-    if (snd_pcm_open(&opened, name, SND_PCM_STREAM_PLAYBACK, SND_PCM_NONBLOCK) < 0)
-        return false;
-    device_.reset(opened);
-    if (configure(opened))
-        return true;
-    device_.reset();
-    return false;
-}
-
-bool AlsaOutput::configure(snd_pcm_t* device)
-{
-    snd_pcm_hw_params_t* wanted = nullptr;
-    snd_pcm_hw_params_alloca(&wanted);
-    unsigned rate = SoundFormat().rate;
-    unsigned channels = SoundFormat().channels;
-    unsigned buffer = static_cast<unsigned>(kDeviceBuffer.count());
-    const bool accepted = snd_pcm_hw_params_any(device, wanted) >= 0 &&
-                          snd_pcm_hw_params_set_access(device, wanted, SND_PCM_ACCESS_RW_INTERLEAVED) >= 0 &&
-                          snd_pcm_hw_params_set_format(device, wanted, SND_PCM_FORMAT_S16) >= 0 &&
-                          snd_pcm_hw_params_set_channels_near(device, wanted, &channels) >= 0 &&
-                          snd_pcm_hw_params_set_rate_near(device, wanted, &rate, nullptr) >= 0 &&
-                          snd_pcm_hw_params_set_buffer_time_near(device, wanted, &buffer, nullptr) >= 0 &&
-                          snd_pcm_hw_params(device, wanted) >= 0 && snd_pcm_prepare(device) >= 0;
-    if (accepted)
-        format_ = {static_cast<int>(rate), static_cast<int>(channels)};
-    return accepted;
+    device_.reset(); // first: it may be the same
+    SoundFormat format;
+    device_ = openAlsaDevice(name, SoundDirection::Out, format);
+    if (device_)
+        format_ = format;
+    return device_ != nullptr;
 }
 
 int AlsaOutput::room(TimePoint now)

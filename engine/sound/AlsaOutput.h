@@ -1,13 +1,10 @@
 #pragma once
 
+#include "engine/sound/AlsaDevice.h"
 #include "engine/sound/SoundFormat.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
-
-typedef struct _snd_pcm snd_pcm_t;
 
 namespace tide {
 
@@ -31,20 +28,13 @@ public:
     void write(const std::vector<float>& samples, TimePoint now);
 
 private:
-    struct Closer
-    {
-        void operator()(snd_pcm_t* device) const;
-    };
-    using Device = std::unique_ptr<snd_pcm_t, Closer>;
-
     void open(TimePoint now);
     void fallBack(TimePoint now);
     bool tryOpen(const char* name);
-    bool configure(snd_pcm_t* device);
     void followDevice(TimePoint now);
     void recover(int error, TimePoint now);
 
-    Device device_; // empty where not even the null device exists: the sound is dropped
+    AlsaDevice device_; // empty where not even the null device exists: the sound is dropped
     bool isFallback_ = false;
     TimePoint nextRetry_;
     SoundFormat format_;

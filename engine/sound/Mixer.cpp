@@ -26,7 +26,7 @@ class Mixer::Impl
 public:
     ~Impl();
 
-    std::shared_ptr<Voice> makeVoice() { return std::make_shared<StreamVoice>(bus_); }
+    std::shared_ptr<Voice> makeVoice(Sharing sharing) { return std::make_shared<StreamVoice>(bus_, sharing); }
     bool open(const std::shared_ptr<StreamVoice>& voice);
     void close(StreamVoice& voice);
     void closeAll();
@@ -72,7 +72,8 @@ bool Mixer::Impl::open(const std::shared_ptr<StreamVoice>& voice)
     bool isStarted = true;
     {
         const std::lock_guard lock(mutex_);
-        closeVoices();
+        if (voice->sharing() == Sharing::Alone)
+            closeVoices();
         add(voice);
         if (!isRunning_) {
             finished = std::move(thread_);
@@ -100,7 +101,8 @@ void Mixer::Impl::closeAll()
 void Mixer::Impl::closeVoices()
 {
     for (const auto& entry : voices_) {
-        if (const auto voice = entry.lock())
+        const auto voice = entry.lock();
+        if (voice && voice->sharing() == Sharing::Alone)
             voice->setOpen(false);
     }
 }
@@ -191,9 +193,9 @@ Mixer::Mixer()
 
 Mixer::~Mixer() = default;
 
-std::shared_ptr<Voice> Mixer::makeVoice()
+std::shared_ptr<Voice> Mixer::makeVoice(Sharing sharing)
 {
-    return impl_->makeVoice();
+    return impl_->makeVoice(sharing);
 }
 
 bool Mixer::open(const std::shared_ptr<Voice>& voice)

@@ -29,6 +29,12 @@ public:
     virtual std::uint16_t volume() const = 0;
 };
 
+enum class Sharing
+{
+    Alone, // one of them sounds at a time, as streams do
+    Beside // sounds beside all others, as a talk does
+};
+
 // One thread that adds up the open voices and writes them to ALSA's default device. The device is opened with the first
 // open voice and closed with the last; where there is none, ALSA's null device is used. Any thread may call.
 class Mixer
@@ -39,12 +45,11 @@ public:
     Mixer(const Mixer&) = delete;
     Mixer& operator=(const Mixer&) = delete;
 
-    std::shared_ptr<Voice> makeVoice();
+    std::shared_ptr<Voice> makeVoice(Sharing sharing = Sharing::Alone);
 
-    // One voice sounds at a time: opening one closes the others.
     bool open(const std::shared_ptr<Voice>& voice);
     void close(const std::shared_ptr<Voice>& voice);
-    void closeAll();
+    void closeAll(); // that sound alone
 
 private:
     class Impl;

@@ -36,8 +36,9 @@ TimePoint StreamVoice::Chunk::end() const
     return due + soundLength(static_cast<std::int64_t>(samples.size()) / format.channels, format.rate);
 }
 
-StreamVoice::StreamVoice(std::shared_ptr<const BusFormat> bus)
+StreamVoice::StreamVoice(std::shared_ptr<const BusFormat> bus, Sharing sharing)
     : bus_(std::move(bus))
+    , sharing_(sharing)
 {
 }
 

@@ -19,7 +19,9 @@ using BusFormat = std::atomic<SoundFormat>;
 class StreamVoice : public Voice
 {
 public:
-    explicit StreamVoice(std::shared_ptr<const BusFormat> bus);
+    StreamVoice(std::shared_ptr<const BusFormat> bus, Sharing sharing);
+
+    Sharing sharing() const { return sharing_; }
 
     // Any thread.
     void push(const AVFrame& frame, TimePoint due) override;
@@ -56,6 +58,7 @@ private:
     void addFaded(std::vector<float>& bus, const std::vector<float>& sound, SoundFormat format);
 
     const std::shared_ptr<const BusFormat> bus_;
+    const Sharing sharing_;
     std::atomic<bool> isOpen_{false};
     std::atomic<std::uint16_t> volume_{65535};
 

@@ -317,7 +317,8 @@ TIDE_PIPE_API int TP_GetOSDTime(int playId, struct _TP_OSDTIME* time);
  * killed. One recording a stream. `packageType` is accepted. */
 TIDE_PIPE_API int TP_StartSave(int playId, const char* path, int packageType);
 
-/* Returns when the file is complete. */
+/* Returns when the file is complete, after ten seconds at the latest (TP_ERROR_TIMEOUT). TP_ERROR_WRONG_STATE when nothing
+ * records; a recording that the disk has ended counts as one. */
 TIDE_PIPE_API int TP_StopSave(int playId);
 
 /* Goes on in a new file, which is opened inside the call, from the next key picture on; no picture is lost. */
@@ -336,11 +337,26 @@ TIDE_PIPE_API int TP_CloseSound(void);
 TIDE_PIPE_API int TP_SetVolume(int playId, unsigned short volume);
 TIDE_PIPE_API int TP_GetVolume(int playId);
 
-/* Opens a two-way talk over HTTP. Waits for the device's answer (with a time-out), since that is the result: a talk id.
- */
+/* What a talk speaks, both ways. */
+enum TP_AudioType
+{
+    TP_AUDIO_A_LAW = 0,  /* G.711, a byte a sample */
+    TP_AUDIO_MU_LAW = 1, /* G.711, a byte a sample */
+    TP_AUDIO_AAC = 2     /* with ADTS headers */
+};
+
+/* Opens a two-way talk: PUT to `openUrl`, then the microphone in the endless body of a PUT to `dataUrl` and the device's
+ * sound in the endless answer to a GET of it, until TP_StopVoiceTalk PUTs to `closeUrl`. An empty openUrl or closeUrl is
+ * left out. `auth` as for TP_Play. `sampleRate` 8000 to 48000 Hz (usual: 8000, AAC 16000), `soundChannel` 1 or 2 channels
+ * (usual: 1), `bitRate` in bit a second, of AAC; 0 or less is the usual. `deviceCastChannelNum` is accepted. Waits for
+ * the device's answers (with time-outs), since they are the result: a talk id, at least 1, or -1. A line that breaks
+ * later is tried again until the talk is stopped. TP_ERROR_BAD_ARGUMENT, TP_ERROR_AUTHENTICATION, TP_ERROR_TIMEOUT,
+ * TP_ERROR_HTTP. */
 TIDE_PIPE_API int TP_StartVoiceTalk(const char* openUrl, const char* closeUrl, const char* dataUrl, const char* auth,
                                     int audioType, int bitRate, int sampleRate, int soundChannel,
                                     int deviceCastChannelNum);
+
+/* Returns at once; the device is told on another thread. TP_ERROR_NO_SUCH_ID. */
 TIDE_PIPE_API int TP_StopVoiceTalk(int talkId);
 
 /* ---- fisheye, eagle eye ---- */

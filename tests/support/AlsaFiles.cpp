@@ -25,9 +25,10 @@ void AlsaFiles::writeConfig(const fs::path& speaker)
 {
     const fs::path written = folder_ / "asound.new";
     std::ofstream(written) << "pcm.null { type null }\n"
-                           << "pcm.!default { type file slave.pcm null file " << speaker << " infile "
-                           << folder_ / "microphone"
-                           << " format raw }\n";
+                           << "pcm.out { type file slave.pcm null file " << speaker << " format raw }\n"
+                           << "pcm.in { type file slave.pcm null file /dev/null infile " << folder_ / "microphone"
+                           << " format raw }\n"
+                           << "pcm.!default { type asym playback.pcm out capture.pcm in }\n";
     fs::rename(written, folder_ / "asound.conf");
 }
 

@@ -299,18 +299,22 @@ bool HttpServer::readBody(Line& line, Request& request, const BodyHandler& handl
     return false;
 }
 
-Response HttpServer::answer(const Request& request, const Route& route)
+std::optional<Response> HttpServer::refuse(const Request& request, const Account& account)
 {
     const auto header = request.headers.find("authorization");
     const std::string given = header != request.headers.end() ? header->second : "";
-    const Account& account = route.account;
     if (account.login == Login::Basic && given != "Basic " + base64(account.user + ":" + account.password))
-        return {401, "Who are you?", {{"WWW-Authenticate", std::string("Basic realm=\"") + kRealm + "\""}}};
+        return Response{401, "Who are you?", {{"WWW-Authenticate", std::string("Basic realm=\"") + kRealm + "\""}}};
     if (account.login == Login::Digest && !isDigestRight(request, given, account.user, account.password))
-        return {401,
-                "Who are you?",
-                {{"WWW-Authenticate",
-                  std::string("Digest realm=\"") + kRealm + "\", qop=\"auth\", nonce=\"" + kNonce + "\""}}};
+        return Response{401,
+                        "Who are you?",
+                        {{"WWW-Authenticate",
+                          std::string("Digest realm=\"") + kRealm + "\", qop=\"auth\", nonce=\"" + kNonce + "\""}}};
+    return std::nullopt;
+}
+
+Response HttpServer::answer(const Request& request, const Route& route)
+{
     return route.handler ? route.handler(request) : Response{404, "No such page here."};
 }
 
@@ -357,9 +361,12 @@ void HttpServer::serve(int socket)
     const Route route = routeOf(pathOf(request.target));
     if (request.headers.count("expect") != 0)
         line.write("HTTP/1.1 100 Continue\r\n\r\n");
-    if (!readBody(line, request, route.bodyHandler))
+    // A body without an end is not waited for before a stranger is refused.
+    std::optional<Response> refusal = refuse(request, route.account);
+    const bool isEndless = request.headers["transfer-encoding"] == "chunked";
+    if (!(refusal && isEndless) && !readBody(line, request, route.bodyHandler))
         return;
-    const Response response = answer(request, route);
+    const Response response = refusal ? *refusal : answer(request, route);
     {
         const std::lock_guard lock(lock_);
         requests_.push_back(request);

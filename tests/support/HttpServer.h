@@ -92,7 +92,8 @@ private:
     void serve(int socket);
     Route routeOf(const std::string& path) const;
     bool readBody(Line& line, Request& request, const BodyHandler& handler) const;
-    Response answer(const Request& request, const Route& route);
+    static std::optional<Response> refuse(const Request& request, const Account& account);
+    static Response answer(const Request& request, const Route& route);
 
     const Security security_;
     std::string certificate_;
