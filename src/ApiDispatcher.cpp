@@ -136,13 +136,14 @@ std::shared_ptr<std::promise<QJsonDocument*>> ApiDispatcher::makeCall(ApiFunctio
 
 bool ApiDispatcher::event(QEvent* e)
 {
-    if (e->type() != ApiCallEvent::eventType)
+    std::unique_lock lock(mutex_); // before the event is looked at: its poster wrote it under the lock
+    if (e->type() != ApiCallEvent::eventType) {
+        lock.unlock();
         return QObject::event(e);
-    auto* call = static_cast<ApiCallEvent*>(e);
-    {
-        const std::lock_guard lock(mutex_);
-        pending_.erase(call);
     }
+    auto* call = static_cast<ApiCallEvent*>(e);
+    pending_.erase(call);
+    lock.unlock();
     call->makeCall();
     return true;
 }

@@ -5,6 +5,7 @@
 #include "src/graphics/IGraphicsView.h"
 #include "src/player/IEagleEyeModule.h"
 #include "src/player/IFisheyeModule.h"
+#include "src/player/PlayIds.h"
 #include "src/player/PlayParam.h"
 #include "src/player/Player.h"
 #include "src/player/Requests.h"
@@ -152,6 +153,7 @@ std::shared_ptr<ErrorBase> play(QWidget* mainWindow, const QJsonDocument& reques
     if (player->playing())
         return std::make_shared<InvalidStatusError>("The player is already playing, can not play twice", LUMEN_HERE);
 
+    const BeginningPlay beginning;
     TP_SetDisplayBuf(displayFrames(object));
     const int correctionType = correctionTypeOf(mainWindow);
     const int protocol = protocolCode(readNumber(object, "protocolType"), player->https());
@@ -183,6 +185,7 @@ std::shared_ptr<ErrorBase> reversePlay(QWidget* mainWindow, const QJsonDocument&
     if (player->playing())
         return std::make_shared<InvalidStatusError>("is player is ready playing, can not play twice", LUMEN_HERE);
 
+    const BeginningPlay beginning;
     const int playId =
         TP_ReversePlay(source.url.toUtf8().constData(), source.auth.toUtf8().constData(), 0, window->winId(),
                        source.startTime.toUtf8().constData(), source.stopTime.toUtf8().constData());

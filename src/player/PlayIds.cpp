@@ -9,7 +9,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QTimer>
 
+#include <deque>
+#include <iterator>
 #include <mutex>
 #include <optional>
 #include <unordered_map>
@@ -20,8 +23,11 @@ namespace {
 
 struct PlayIds
 {
-    std::mutex mutex;
-    std::unordered_map<int, IPlayer*> g_play_id_player_map; // guarded by mutex
+    std::mutex mutex; // guards everything
+    std::unordered_map<int, IPlayer*> g_play_id_player_map;
+    bool beginning = false; // a BeginningPlay lives
+    // Messages that came before their id was bound, and those behind them.
+    std::unordered_map<int, std::deque<unsigned>> early;
 };
 
 // Never destroyed: the engine may send messages while the process exits.
@@ -45,9 +51,44 @@ std::optional<WindowDirectory::Place> placeOf(int playId)
     return WindowDirectory::instance().place(found->second->parent());
 }
 
+// Whether the message is kept, since its stream may be about to begin or has messages that go first.
+bool keepEarly(int playId, unsigned message)
+{
+    PlayIds& ids = playIds();
+    const std::lock_guard lock(ids.mutex);
+    const bool known = ids.g_play_id_player_map.count(playId) != 0;
+    if (ids.early.count(playId) == 0 && (known || !ids.beginning))
+        return false;
+    ids.early[playId].push_back(message);
+    return true;
+}
+
+std::optional<unsigned> takeEarly(int playId)
+{
+    PlayIds& ids = playIds();
+    const std::lock_guard lock(ids.mutex);
+    const auto found = ids.early.find(playId);
+    if (found == ids.early.end())
+        return std::nullopt;
+    if (found->second.empty()) {
+        ids.early.erase(found);
+        return std::nullopt;
+    }
+    const unsigned message = found->second.front();
+    found->second.pop_front();
+    return message;
+}
+
+void sendEarly(int playId)
+{
+    while (const std::optional<unsigned> message = takeEarly(playId))
+        reportStreamEvent(playId, *message);
+}
+
 void tidePipeMessageHanlder(int playId, unsigned message, void*)
 {
-    reportStreamEvent(playId, message);
+    if (!keepEarly(playId, message))
+        reportStreamEvent(playId, message);
 }
 
 } // namespace
@@ -57,6 +98,24 @@ void bindPlayId(int playId, IPlayer* player)
     PlayIds& ids = playIds();
     const std::lock_guard lock(ids.mutex);
     ids.g_play_id_player_map[playId] = player;
+    if (ids.early.count(playId) != 0)
+        QTimer::singleShot(0, player, [playId] { sendEarly(playId); });
+}
+
+BeginningPlay::BeginningPlay()
+{
+    PlayIds& ids = playIds();
+    const std::lock_guard lock(ids.mutex);
+    ids.beginning = true;
+}
+
+BeginningPlay::~BeginningPlay()
+{
+    PlayIds& ids = playIds();
+    const std::lock_guard lock(ids.mutex);
+    ids.beginning = false;
+    for (auto kept = ids.early.begin(); kept != ids.early.end();)
+        kept = ids.g_play_id_player_map.count(kept->first) == 0 ? ids.early.erase(kept) : std::next(kept);
 }
 
 void releasePlayId(int playId)
@@ -64,6 +123,7 @@ void releasePlayId(int playId)
     PlayIds& ids = playIds();
     const std::lock_guard lock(ids.mutex);
     ids.g_play_id_player_map.erase(playId);
+    ids.early.erase(playId);
 }
 
 bool reportStreamEvent(int playId, unsigned eventType)

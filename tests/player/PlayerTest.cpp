@@ -61,6 +61,20 @@ TEST_F(PlayerTest, messagesReachTheHostWhileTheStreamLives)
     EXPECT_FALSE(heard(id, 3, 0));
 }
 
+TEST_F(PlayerTest, messagesThatComeBeforeTheIdIsKnownAreSentInOrder)
+{
+    engine_double::answer("TP_Play", 7);
+    engine_double::onCall("TP_Play", [this] { EXPECT_FALSE(heard(7, 1, 0) || heard(8, 1, 0)); });
+    engine_double::onCall("TP_RigisterDrawFun", [this] { EXPECT_FALSE(heard(7, 2, 0)) << "the first goes first"; });
+    play();
+    QApplication::processEvents();
+    ASSERT_EQ(events().size(), 2U);
+    EXPECT_EQ(events()[0].object["eventType"], 1);
+    EXPECT_EQ(events()[1].object["eventType"], 2);
+    EXPECT_TRUE(heard(7, 3, 0));
+    EXPECT_FALSE(heard(8, 3, 0));
+}
+
 TEST_F(PlayerTest, messagesOfAWindowThatIsBeingStoppedOrDestroyedAreDropped)
 {
     bool heardLate = true;
