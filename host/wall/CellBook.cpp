@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <QLayout>
+#include <QLocale>
 #include <QUrl>
 
 #include <algorithm>
@@ -40,6 +41,15 @@ QString speedText(int speedStep)
     return speedStep >= 0 ? QStringLiteral("%1×").arg(1 << speedStep) : QStringLiteral("1/%1×").arg(1 << -speedStep);
 }
 
+QString recordingText(const Recording& recording)
+{
+    const qint64 seconds = recording.since.secsTo(QDateTime::currentDateTime());
+    return QStringLiteral("● %1:%2 · %3")
+        .arg(seconds / 60)
+        .arg(seconds % 60, 2, 10, QLatin1Char('0'))
+        .arg(QLocale::c().formattedDataSize(recording.bytes, 1, QLocale::DataSizeSIFormat));
+}
+
 // How a function changes the book: for the cell that it names, for every cell, or for the layout.
 struct CellBook::Row
 {
@@ -69,6 +79,8 @@ const QHash<QString, CellBook::Row>& CellBook::rows()
         {"LD_CloseSound", {Reach::EveryCell, &CellBook::noteSilence}},
         {"LD_SetVolume", {Reach::OneCell, &CellBook::noteVolume}},
         {"LD_SetWndRatioMode", {Reach::OneCell, &CellBook::noteRatio}},
+        {"LD_StartSave", {Reach::OneCell, &CellBook::noteRecording}},
+        {"LD_StopSave", {Reach::OneCell, &CellBook::noteRecordingEnd}},
         {"LD_SetLayout", {Reach::Layout, nullptr}},
         {"LD_ArrangeWindow", {Reach::Layout, nullptr}},
         {"LD_ArrangeFECWindow", {Reach::Layout, nullptr}},
@@ -98,6 +110,24 @@ void CellBook::setTrouble(int index, const QString& trouble)
     if (!state || state->trouble == trouble)
         return;
     state->trouble = trouble;
+    emit changed();
+}
+
+void CellBook::setRecordedBytes(int index, qint64 bytes)
+{
+    CellState* state = stateOf(cellWidget(wall_, index));
+    if (!state || !state->recording)
+        return;
+    state->recording->bytes = bytes;
+    emit changed();
+}
+
+void CellBook::endRecording(int index)
+{
+    CellState* state = stateOf(cellWidget(wall_, index));
+    if (!state || !state->recording)
+        return;
+    state->recording.reset();
     emit changed();
 }
 
@@ -134,6 +164,7 @@ void CellBook::noteStop(CellState& state, const QJsonObject&)
     state.motion = Motion::None;
     state.paused = false;
     state.sound = false;
+    state.recording.reset();
     state.trouble.clear();
 }
 
@@ -184,6 +215,16 @@ void CellBook::noteRatio(CellState& state, const QJsonObject& args)
 {
     const int mode = args.value("mode").toInt();
     state.ratio = mode >= 1 && mode <= 4 ? mode : 0;
+}
+
+void CellBook::noteRecording(CellState& state, const QJsonObject& args)
+{
+    state.recording = Recording{args.value("fileName").toString(), QDateTime::currentDateTime()};
+}
+
+void CellBook::noteRecordingEnd(CellState& state, const QJsonObject&)
+{
+    state.recording.reset();
 }
 
 CellState* CellBook::stateOf(QWidget* cell)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QHash>
 #include <QJsonObject>
 #include <QJsonValue>
@@ -8,7 +9,17 @@
 #include <QString>
 #include <QWidget>
 
+#include <optional>
+
 namespace quillmark::lumen_wall {
+
+// A recording that runs in a cell. Splits are part of it.
+struct Recording
+{
+    QString name;
+    QDateTime since;
+    qint64 bytes = 0; // on the disk, all parts together
+};
 
 enum class Motion
 {
@@ -27,11 +38,13 @@ struct CellState
     int ratio = 0;
     int volume = 100;
     bool sound = false;
+    std::optional<Recording> recording;
     QString trouble; // what the stream last complained of, empty when all is well
 };
 
 QString titleOf(const CellState& state);
 QString speedText(int speedStep);
+QString recordingText(const Recording& recording); // how long and how much
 
 // Follows the successful calls, whoever made them, and keeps a state for each cell of a wall. States hang on the cells'
 // widgets, so they move with them from layout to layout. Main thread.
@@ -45,6 +58,8 @@ public:
     int count() const;
     CellState state(int index) const;
     void setTrouble(int index, const QString& trouble);
+    void setRecordedBytes(int index, qint64 bytes);
+    void endRecording(int index); // that has ended by itself
 
     void note(const QString& function, const QJsonObject& args);
 
@@ -69,6 +84,8 @@ private:
     void noteSilence(CellState& state, const QJsonObject& args);
     void noteVolume(CellState& state, const QJsonObject& args);
     void noteRatio(CellState& state, const QJsonObject& args);
+    void noteRecording(CellState& state, const QJsonObject& args);
+    void noteRecordingEnd(CellState& state, const QJsonObject& args);
 
     CellState* stateOf(QWidget* cell);
 

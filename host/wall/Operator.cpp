@@ -1,10 +1,12 @@
 #include "host/wall/Operator.h"
 
 #include "host/Theme.h"
+#include "host/wall/RecordingWatch.h"
 #include "host/wall/StreamMessages.h"
 
 #include <QDateTime>
 #include <QJsonArray>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -226,6 +228,42 @@ void Operator::nextRatio()
     setRatio((current().ratio + 1) % kRatioModes);
 }
 
+void Operator::toggleRecording()
+{
+    if (current().recording)
+        callSelected("LD_StopSave");
+    else
+        callSelected("LD_StartSave", {{"fileName", fileName()}});
+}
+
+void Operator::snapshot()
+{
+    const QString name = fileName();
+    if (!isError(callSelected("LD_Snapshot", {{"fileName", name}})))
+        emit reported(static_cast<int>(Severity::Note), deck_.selected(), "picture saved as " + name);
+}
+
+void Operator::showRecordings()
+{
+    deck_.call("LD_OpenDirectory", {{"dir", recordingFolders(deck_).first()}});
+}
+
+// Of a recording or a picture of the selected cell: its source and the time.
+QString Operator::fileName() const
+{
+    QString name = titleOf(current()).section('.', 0, 0);
+    name.replace(QRegularExpression("[^\\w-]+"), "_");
+    return QStringLiteral("%1_%2_%3").arg(deck_.selected() + 1).arg(name, QTime::currentTime().toString("hhmmss"));
+}
+
+// A recording that the disk has ended is still open for the library.
+void Operator::endRecording(int cell)
+{
+    if (deck_.cells().state(cell).recording)
+        deck_.ask("LD_StopSave", {{"wndIndex", cell}});
+    deck_.cells().endRecording(cell);
+}
+
 QJsonValue Operator::callSelected(const char* function, QJsonObject args)
 {
     args.insert("wndIndex", deck_.selected());
@@ -247,6 +285,8 @@ void Operator::onStreamEvent(int cell, int code)
     using Effect = StreamMessage::Effect;
     if (message.effect == Effect::IsTrouble || message.effect == Effect::ClearsTrouble)
         deck_.cells().setTrouble(cell, message.effect == Effect::IsTrouble ? describe(code) : QString());
+    if (message.effect == Effect::EndsRecording)
+        endRecording(cell);
     if (message.effect == Effect::Ends && looping_)
         playAgain(cell);
     else

@@ -42,6 +42,9 @@ public:
     void setSound(int cell);
     void setVolume(int percent);
     void changeVolume(int percent);
+    void toggleRecording();
+    void snapshot();
+    void showRecordings();
     void setRatio(int mode);
     void nextRatio();
 
@@ -60,6 +63,8 @@ private:
     QString moment(int cell) const;
     void onEvent(int type, const QJsonObject& document);
     void onStreamEvent(int cell, int code);
+    void endRecording(int cell);
+    QString fileName() const;
     void playAgain(int cell);
 
     Deck& deck_;

@@ -21,8 +21,8 @@ constexpr StreamMessage table[] = {
     {9, Severity::Note, Effect::None, "picture size changed"},
     {10, Severity::Failure, Effect::IsTrouble, "no decoder for this stream"},
     {11, Severity::Failure, Effect::IsTrouble, "cannot be played backwards"},
-    {21, Severity::Note, Effect::None, "recording goes on in a new file"},
-    {30, Severity::Failure, Effect::None, "recording ended by the disk"},
+    {21, Severity::Failure, Effect::EndsRecording, "recording ended, the disk is nearly full"},
+    {30, Severity::Failure, Effect::EndsRecording, "recording ended by the disk"},
 };
 
 } // namespace

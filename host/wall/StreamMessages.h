@@ -19,7 +19,8 @@ struct StreamMessage
         None,
         ClearsTrouble,
         IsTrouble,
-        Ends
+        Ends,
+        EndsRecording
     };
 
     int code;

@@ -45,6 +45,10 @@ bool dragable(const WallView& view)
 {
     return view.dragable;
 }
+bool recording(const WallView& view)
+{
+    return view.playing && view.cell.recording;
+}
 template <int side> bool gridIs(const WallView& view)
 {
     return view.grid == side;
@@ -77,6 +81,11 @@ const Row rows[] = {
     {"play", "pause", "Pause, and go on", "Space", [](Operator& wall) { wall.pause(); }, &hasSource, &paused},
     {"play", "step", "One picture forward", ". N", [](Operator& wall) { wall.step(); }, &playing, nullptr},
     {"play", "stop", "Stop", "S", [](Operator& wall) { wall.stop(); }, &playing, nullptr},
+    {"capture", "record", "Record this window", "Ctrl+R", [](Operator& wall) { wall.toggleRecording(); }, &playing,
+     &recording},
+    {"capture", "snapshot", "Save the picture of this window", "Ctrl+S", [](Operator& wall) { wall.snapshot(); },
+     &playing, nullptr},
+    {"capture", "folder", "Show the recordings", "", [](Operator& wall) { wall.showRecordings(); }, &always, nullptr},
     {"slower", "slower", "Half the speed", "-", [](Operator& wall) { wall.slower(); }, &playing, nullptr},
     {"faster", "faster", "Twice the speed", "+ =", [](Operator& wall) { wall.faster(); }, &playing, nullptr},
     {"sound", "sound", "Hear this window", "M", [](Operator& wall) { wall.toggleSound(); }, &playing, &sounding},

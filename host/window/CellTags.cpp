@@ -34,7 +34,8 @@ QString tagText(int index, const CellState& state)
 {
     const QString number = QString::number(index + 1);
     const QString trouble = state.trouble.isEmpty() ? QString() : " · " + state.trouble;
-    return state.source.isEmpty() ? number : number + "  " + titleOf(state) + trouble;
+    const QString recording = state.recording ? "  " + recordingText(*state.recording) : QString();
+    return state.source.isEmpty() ? number : number + "  " + titleOf(state) + trouble + recording;
 }
 
 } // namespace
@@ -72,6 +73,7 @@ void CellTags::update(int index, Tag& tag)
     const QRect room = cell->geometry().adjusted(kInset, kInset, -kInset, -kInset);
     setMark(*tag.name, "selected", index == operator_.deck().selected());
     setMark(*tag.name, "trouble", !state.trouble.isEmpty());
+    setMark(*tag.name, "recording", state.recording.has_value());
     tag.name->setText(tagText(index, state));
     tag.hint->setText(room.width() > kWidestHint ? "Drop a video here, or press Ctrl+O" : "Ctrl+O");
     place(*tag.name, room, Qt::AlignLeft | Qt::AlignTop);

@@ -31,6 +31,7 @@ MainWindow::MainWindow()
     : frame_(new WallFrame)
     , deck_(std::make_unique<Deck>(frame_->wall()))
     , operator_(std::make_unique<Operator>(*deck_))
+    , recordings_(std::make_unique<RecordingWatch>(*operator_))
     , actions_(std::make_unique<Actions>(*operator_))
     , tags_(std::make_unique<CellTags>(*operator_, frame_))
     , status_(new StatusLine(*operator_))
@@ -82,6 +83,8 @@ void MainWindow::buildToolBar()
     addSpeed(*bar_);
     bar_->addSeparator();
     addSound(*bar_);
+    bar_->addSeparator();
+    actions_->addTo(*bar_, "capture");
     bar_->addSeparator();
     addRatio(*bar_);
     addViewActions(*bar_);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/wall/Operator.h"
+#include "host/wall/RecordingWatch.h"
 #include "host/wall/WallFrame.h"
 #include "host/window/Actions.h"
 #include "host/window/CellTags.h"
@@ -53,6 +54,7 @@ private:
     WallFrame* const frame_;
     std::unique_ptr<Deck> deck_;
     std::unique_ptr<Operator> operator_;
+    std::unique_ptr<RecordingWatch> recordings_;
     std::unique_ptr<Actions> actions_;
     std::unique_ptr<CellTags> tags_;
     StatusLine* status_ = nullptr;
