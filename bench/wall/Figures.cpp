@@ -72,7 +72,7 @@ QString clip(int framesPerSecond)
                                  "-f",       "lavfi",     "-i",
                                  picture,    "-vf",       "noise=alls=7:allf=t,format=yuv420p",
                                  "-c:v",     "libx264",   "-preset",
-                                 "veryfast", "-b:v",      QString("%1k").arg(150 * framesPerSecond),
+                                 "veryfast", "-b:v",      QString("%1k").arg(100 * framesPerSecond),
                                  "-g",       "50",        "-bf",
                                  "0",        "-f",        "mp4",
                                  part});

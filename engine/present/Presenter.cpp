@@ -66,6 +66,7 @@ private:
     std::mutex mutex_;
     std::thread thread_;                       // mutex_
     bool running_ = false;                     // mutex_
+    bool ended_ = false;                       // mutex_: it is not started again
     std::vector<std::function<void()>> calls_; // mutex_
 
     std::unique_ptr<Stage> stage_; // render thread
@@ -99,6 +100,7 @@ public:
     }
 
 private:
+    // The lock is held while they stop, so that none is destroyed meanwhile; no render thread ever takes it.
     void stopAll()
     {
         const std::lock_guard lock(mutex_);
@@ -132,7 +134,7 @@ void Presenter::Renderer::start()
 {
     {
         const std::lock_guard lock(mutex_);
-        if (!thread_.joinable()) {
+        if (!thread_.joinable() && !ended_) {
             running_ = true;
             thread_ = std::thread(&Renderer::run, this);
         }
@@ -149,6 +151,7 @@ void Presenter::Renderer::stop()
     {
         const std::lock_guard lock(mutex_);
         running_ = false;
+        ended_ = true;
         thread.swap(thread_);
     }
     if (!thread.joinable())
