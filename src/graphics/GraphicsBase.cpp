@@ -152,27 +152,55 @@ void renderVertex(const DrawColor& color, const QPointF& point, const QSize&, in
     glEnd();
 }
 
-void renderRectangle(const DrawColor& color, const QRectF& rect, const QSize&, bool fill)
+namespace {
+
+struct Corners
+{
+    float x1, y1, x2, y2;
+};
+
+Corners cornersOf(const QRectF& rect)
 {
     const QRectF r = rectPosToOpenGL(rect);
-    const float x1 = glCoordinate(r.x());
-    const float y1 = glCoordinate(r.y());
-    const float x2 = glCoordinate(r.x() + r.width());
-    const float y2 = glCoordinate(r.y() + r.height());
+    return {glCoordinate(r.x()), glCoordinate(r.y()), glCoordinate(r.x() + r.width()),
+            glCoordinate(r.y() + r.height())};
+}
+
+} // namespace
+
+// Four separate strokes have the pixels of a loop, and GL draws the strokes of many rectangles in one go.
+void emitStrokes(const QRectF& rect)
+{
+    const auto [x1, y1, x2, y2] = cornersOf(rect);
+    glVertex2f(x1, y1);
+    glVertex2f(x2, y1);
+    glVertex2f(x2, y1);
+    glVertex2f(x2, y2);
+    glVertex2f(x2, y2);
+    glVertex2f(x1, y2);
+    glVertex2f(x1, y2);
+    glVertex2f(x1, y1);
+}
+
+void renderRectangle(const DrawColor& color, const QRectF& rect, const QSize&, bool fill)
+{
     glBlendFunc(GL_SRC_ALPHA, GL_ONE);
     if (fill) {
+        const auto [x1, y1, x2, y2] = cornersOf(rect);
         setColor(color);
         glRectf(x1, y1, x2, y2);
         return;
     }
     glLineWidth(1.0F);
-    glBegin(GL_LINE_LOOP);
+    glBegin(GL_LINES);
     setColor(color);
-    glVertex2f(x1, y1);
-    glVertex2f(x2, y1);
-    glVertex2f(x2, y2);
-    glVertex2f(x1, y2);
+    emitStrokes(rect);
     glEnd();
+}
+
+bool strokesBlend()
+{
+    return glIsEnabled(GL_BLEND) == GL_TRUE;
 }
 
 } // namespace quillmark::lumen_deck

@@ -106,7 +106,21 @@ void renderLine(const DrawColor& color, const QLineF& line, const QSize& size, i
 void renderVertex(const DrawColor& color, const QPointF& point, const QSize& size, int pointSize);
 void renderRectangle(const DrawColor& color, const QRectF& rect, const QSize& size, bool fill);
 
+bool strokesBlend(); // whether what is drawn twice looks other than what is drawn once
+
+void emitStrokes(const QRectF& rect); // the sides of a rectangle, between glBegin(GL_LINES) and glEnd
+
 // `position` is the text's left top corner. Returns the estimated width in pixels, drawn or not.
 int renderText(const DrawColor& color, const QString& text, const QPointF& position, const QSize& size, int fontSize);
+int estimatedWidth(const QString& text, int fontSize);
+
+struct TextFrame
+{
+    DrawColor color;
+    QRectF rect;
+};
+// The pixels of renderText, the outline of the frame and renderText once more, for less.
+void renderFramedText(const DrawColor& color, const QString& text, const QPointF& position, const TextFrame& frame,
+                      const QSize& size, int fontSize);
 
 } // namespace quillmark::lumen_deck

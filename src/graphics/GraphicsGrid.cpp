@@ -19,6 +19,19 @@ int stripOf(double coordinate, int count)
     return static_cast<int>(std::clamp(strip, -1.0, static_cast<double>(GraphicsGrid::kMaxRows)));
 }
 
+// Calls `run` with the first and the last number of each unbroken run of set places below `count`.
+template <class IsSet, class Run> void forEachRun(int count, IsSet isSet, Run run)
+{
+    int first = -1;
+    for (int place = 0; place <= count; ++place) {
+        const bool set = place < count && isSet(place);
+        if (set && first < 0)
+            first = place;
+        if (!set && first >= 0)
+            run(std::exchange(first, -1), place - 1);
+    }
+}
+
 } // namespace
 
 size_t calcByteIndex(size_t row, size_t column)
@@ -109,21 +122,72 @@ void GraphicsGrid::mouseUp(const QPointF&, const QSize&)
     startRow = -1;
 }
 
+int GraphicsGrid::mappedRows() const
+{
+    return std::min({rows, kMaxRows, gridMap.size() / 3 + 1});
+}
+
+int GraphicsGrid::mappedColumns(int row) const
+{
+    return std::min({columns, kMaxColumns, (gridMap.size() - row * 3) * 8});
+}
+
+// In single precision.
+QRectF GraphicsGrid::cellRect(int row, int column) const
+{
+    const auto allColumns = static_cast<float>(columns);
+    const auto allRows = static_cast<float>(rows);
+    return {static_cast<float>(column) / allColumns, static_cast<float>(row) / allRows, 1.0F / allColumns,
+            1.0F / allRows};
+}
+
 void GraphicsGrid::render(void*, const QSize& size)
 {
     const DrawColor color(drawColor);
-    const float width = 1.0F / static_cast<float>(columns);
-    const float height = 1.0F / static_cast<float>(rows);
-    const int mappedRows = std::min({rows, kMaxRows, gridMap.size() / 3 + 1});
-    for (int row = 0; row < mappedRows; ++row) {
-        const float y = static_cast<float>(row) / static_cast<float>(rows);
-        const int mappedColumns = std::min({columns, kMaxColumns, (gridMap.size() - row * 3) * 8});
-        for (int column = 0; column < mappedColumns; ++column) {
-            if (!containsCell(static_cast<size_t>(row), static_cast<size_t>(column)))
-                continue;
-            const float x = static_cast<float>(column) / static_cast<float>(columns);
-            renderRectangle(color, QRectF(x, y, width, height), size, false);
+    if (strokesBlend())
+        renderCells(color, size);
+    else
+        renderRuns(color, size);
+}
+
+void GraphicsGrid::renderCells(const DrawColor& color, const QSize& size) const
+{
+    for (int row = 0; row < mappedRows(); ++row) {
+        for (int column = 0; column < mappedColumns(row); ++column) {
+            if (containsCell(static_cast<size_t>(row), static_cast<size_t>(column)))
+                renderRectangle(color, cellRect(row, column), size, false);
         }
+    }
+}
+
+// The pixels of renderCells for a fraction of the strokes: neighbours' sides that lie in one line are one stroke. Each
+// keeps the way that it has around its cell, which decides on the pixel at its end.
+void GraphicsGrid::renderRuns(const DrawColor& color, const QSize& size) const
+{
+    const auto isSet = [&](int row, int column) {
+        return containsCell(static_cast<size_t>(row), static_cast<size_t>(column));
+    };
+    const int shownRows = mappedRows();
+    const int shownColumns = shownRows > 0 ? mappedColumns(0) : 0;
+    for (int row = 0; row < shownRows; ++row) {
+        forEachRun(
+            shownColumns, [&](int column) { return isSet(row, column); },
+            [&](int first, int last) {
+                const QRectF left = cellRect(row, first);
+                const QRectF right = cellRect(row, last);
+                renderLine(color, left.bottomLeft(), right.bottomRight(), size, 1);
+                renderLine(color, right.topRight(), left.topLeft(), size, 1);
+            });
+    }
+    for (int column = 0; column < shownColumns; ++column) {
+        forEachRun(
+            shownRows, [&](int row) { return isSet(row, column); },
+            [&](int first, int last) {
+                const QRectF top = cellRect(first, column);
+                const QRectF bottom = cellRect(last, column);
+                renderLine(color, bottom.bottomRight(), top.topRight(), size, 1);
+                renderLine(color, top.topLeft(), bottom.bottomLeft(), size, 1);
+            });
     }
 }
 

@@ -44,6 +44,11 @@ public:
     int columns = kColumnSize;
 
 private:
+    int mappedRows() const; // from here on no cell is set
+    int mappedColumns(int row) const;
+    QRectF cellRect(int row, int column) const;
+    void renderCells(const DrawColor& color, const QSize& size) const;
+    void renderRuns(const DrawColor& color, const QSize& size) const;
     bool isCell(size_t row, size_t column) const;
 };
 

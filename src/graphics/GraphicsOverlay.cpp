@@ -199,16 +199,14 @@ void GraphicsOverlay::measure(int pixels, const QSize& size)
     textHeight = static_cast<int>(truncated(size.height() * measured.height()));
 }
 
-// The text is drawn a second time to lie over the frame.
 void GraphicsOverlay::render(void*, const QSize& size)
 {
-    const DrawColor green(0.0F, 1.0F, 0.0F, 1.0F);
     if (kind == DateTime)
         keepTime();
-    const int pixels = renderText(green, text, position, size, kTextSize);
+    const int pixels = estimatedWidth(text, kTextSize);
     measure(pixels, size);
-    renderRectangle(DrawColor(frameColor), frame(pixels, size), size, false);
-    renderText(green, text, position, size, kTextSize);
+    renderFramedText(DrawColor(0.0F, 1.0F, 0.0F, 1.0F), text, position, {DrawColor(frameColor), frame(pixels, size)},
+                     size, kTextSize);
 }
 
 bool GraphicsOverlay::contains(const QPointF& point, const QSize& size) const

@@ -138,7 +138,11 @@ size_t TextKeyHash::operator()(const TextKey& key) const
 TextContext::TextContext()
     : stamp_(nextStamp())
 {
-    stampTexture_ = newTexture();
+    TextImage opaque;
+    opaque.width = 1;
+    opaque.height = 1;
+    opaque.coverage = {255};
+    stampTexture_ = uploaded(opaque);
     glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, borderColor(stamp_).data());
     buildProgram();
 }
@@ -182,16 +186,41 @@ void TextContext::findUniforms()
 
 void TextContext::draw(const Text& text, const DrawColor& color) const
 {
-    if (program_ == 0)
-        return;
-    glViewport(0, 0, text.key.window.width(), text.key.window.height());
+    begin(text.key.window);
+    drawQuad(text, color);
+    end();
+}
+
+void TextContext::drawFramed(const Text& text, const DrawColor& color, const TextFrame& frame) const
+{
+    begin(text.key.window);
+    drawQuad(text, color);
+    drawFrame(frame);
+    drawQuad(text, color);
+    end();
+}
+
+void TextContext::begin(const QSize& window) const
+{
+    glViewport(0, 0, window.width(), window.height());
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glUseProgram(program_);
-    if (text.texture != 0)
-        drawQuad(text, color);
+    glUniform1i(texture_, 0);
+}
+
+void TextContext::end()
+{
     glUseProgram(0);
     glDisable(GL_BLEND);
+}
+
+void TextContext::setColor(const DrawColor& color) const
+{
+    glUniform1f(red_, color.red);
+    glUniform1f(green_, color.green);
+    glUniform1f(blue_, color.blue);
+    glUniform1f(alpha_, color.alpha);
 }
 
 // Vertex by vertex: arrays would be read from whatever buffer the engine has bound.
@@ -201,17 +230,26 @@ void TextContext::drawQuad(const Text& text, const DrawColor& color) const
         glVertexAttrib2f(TexCoord, s, t);
         glVertexAttrib2f(Position, x, y);
     };
+    if (text.texture == 0)
+        return;
     glBindTexture(GL_TEXTURE_2D, text.texture);
-    glUniform1i(texture_, 0);
-    glUniform1f(red_, color.red);
-    glUniform1f(green_, color.green);
-    glUniform1f(blue_, color.blue);
-    glUniform1f(alpha_, color.alpha);
+    setColor(color);
     glBegin(GL_TRIANGLE_STRIP);
     corner(text.across.textureFrom, text.down.textureFrom, text.across.from, -text.down.from);
     corner(text.across.textureFrom, text.down.textureTo, text.across.from, -text.down.to);
     corner(text.across.textureTo, text.down.textureFrom, text.across.to, -text.down.from);
     corner(text.across.textureTo, text.down.textureTo, text.across.to, -text.down.to);
+    glEnd();
+}
+
+void TextContext::drawFrame(const TextFrame& frame) const
+{
+    glBindTexture(GL_TEXTURE_2D, stampTexture_);
+    setColor(frame.color);
+    glLineWidth(1.0F);
+    glBegin(GL_LINES);
+    glVertexAttrib2f(TexCoord, 0.5F, 0.5F);
+    emitStrokes(frame.rect);
     glEnd();
 }
 

@@ -57,7 +57,9 @@ public:
 
     const Text* find(const TextKey& key); // null when it is not at hand
     const Text* add(const TextKey& key, const TextImage& image);
+    bool canDraw() const { return program_ != 0; }
     void draw(const Text& text, const DrawColor& color) const;
+    void drawFramed(const Text& text, const DrawColor& color, const TextFrame& frame) const;
 
 private:
     using Texts = std::list<Text>; // the one drawn last first
@@ -66,11 +68,15 @@ private:
     void findUniforms();
     static Text textOf(const TextKey& key, const TextImage& image);
     void forgetOldTexts(std::chrono::steady_clock::time_point now);
+    void begin(const QSize& window) const;
     void drawQuad(const Text& text, const DrawColor& color) const;
+    void drawFrame(const TextFrame& frame) const;
+    void setColor(const DrawColor& color) const;
+    static void end();
 
-    GLuint stampTexture_ = 0;
+    GLuint stampTexture_ = 0; // one opaque pixel, with the stamp
     std::uint32_t stamp_;
-    GLuint program_ = 0; // 0: this context cannot draw text
+    GLuint program_ = 0; // 0: it did not compile
     GLint texture_ = -1;
     GLint red_ = -1;
     GLint green_ = -1;

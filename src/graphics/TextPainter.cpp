@@ -98,31 +98,55 @@ TextImage rasterised(const TextKey& key)
     return rasteriseText(shared.font, key.text, key.fontSize, key.pen, canvasOf(key.window));
 }
 
-void drawText(const DrawColor& color, const QString& text, const QPointF& position, const QSize& window, int fontSize)
+struct ReadyText
+{
+    std::shared_ptr<TextContext> context;
+    const TextContext::Text* text;
+};
+
+// Nothing when there is nothing to draw, or no way to.
+std::optional<ReadyText> readyText(const QString& text, const QPointF& position, const QSize& window, int fontSize)
 {
     const QSize canvas = canvasOf(window);
     const std::optional<TextPen> pen = penAt(position, canvas);
     if (text.isEmpty() || canvas.isEmpty() || !pen)
-        return;
+        return std::nullopt;
     if (glGetError() != GL_NO_ERROR) {
         qDebug() << "GL error";
-        return;
+        return std::nullopt;
     }
     glActiveTexture(GL_TEXTURE0);
-    const std::shared_ptr<TextContext> context = contextForText();
+    std::shared_ptr<TextContext> context = contextForText();
+    if (!context->canDraw())
+        return std::nullopt;
     const TextKey key{text, fontSize, window, *pen};
     const TextContext::Text* shown = context->find(key);
     if (!shown)
         shown = context->add(key, rasterised(key));
-    context->draw(*shown, color);
+    return ReadyText{std::move(context), shown};
 }
 
 } // namespace
 
 int renderText(const DrawColor& color, const QString& text, const QPointF& position, const QSize& size, int fontSize)
 {
-    drawText(color, text, position, size, fontSize);
+    if (const auto ready = readyText(text, position, size, fontSize))
+        ready->context->draw(*ready->text, color);
+    return estimatedWidth(text, fontSize);
+}
+
+int estimatedWidth(const QString& text, int fontSize)
+{
     return static_cast<int>(static_cast<double>(fontSize) * text.size() * 0.6);
+}
+
+void renderFramedText(const DrawColor& color, const QString& text, const QPointF& position, const TextFrame& frame,
+                      const QSize& size, int fontSize)
+{
+    if (const auto ready = readyText(text, position, size, fontSize))
+        ready->context->drawFramed(*ready->text, color, frame);
+    else
+        renderRectangle(frame.color, frame.rect, size, false);
 }
 
 } // namespace quillmark::lumen_deck
