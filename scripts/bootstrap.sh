@@ -1,5 +1,8 @@
 # Sourced by run-wall.sh and run-tests.sh from the root of the tree: packages, configure, build.
 
+# One clone's compile results serve the next one.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+
 PACKAGES=(
     build-essential ccache cmake ninja-build pkg-config
     qtbase5-dev libqt5svg5-dev libfreetype-dev libgl-dev libglx-dev libx11-dev
