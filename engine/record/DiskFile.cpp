@@ -73,6 +73,11 @@ bool DiskFile::write(const std::uint8_t* data, std::size_t size)
     return true;
 }
 
+bool DiskFile::overwrite(std::int64_t at, const std::uint8_t* data, std::size_t size)
+{
+    return pwrite(descriptor_, data, size, at) == static_cast<ssize_t>(size);
+}
+
 bool DiskFile::cutTo(std::int64_t size)
 {
     if (ftruncate(descriptor_, size) != 0 || lseek(descriptor_, size, SEEK_SET) != size)

@@ -22,6 +22,7 @@ public:
 
     // Appends all or fails; after a failure what was appended is unknown.
     bool write(const std::uint8_t* data, std::size_t size);
+    bool overwrite(std::int64_t at, const std::uint8_t* data, std::size_t size); // a few bytes of what is there
     bool cutTo(std::int64_t size);
     std::int64_t size() const { return size_; }
 

@@ -1,5 +1,12 @@
 #include "engine/record/Mp4File.h"
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 namespace tide {
@@ -8,6 +15,7 @@ namespace {
 
 constexpr int kBufferSize = 256 * 1024;
 constexpr std::int64_t kLongestFragment = 5'000'000; // microseconds; of a source that hardly ever sends key frames
+constexpr AVRational kMillisecond{1, 1000};
 constexpr AVRational kNanosecond{1, 1'000'000'000};
 
 // frag_discont keeps the time at which a track begins; the others are what the file is made of.
@@ -85,6 +93,7 @@ bool Mp4File::write(AVPacket& packet, std::size_t track)
 {
     const std::int64_t before = disk_->size();
     const int bytes = packet.size;
+    noteLength(packet, track);
     packet.stream_index = static_cast<int>(track);
     packet.pts -= starts_[track];
     packet.dts -= starts_[track];
@@ -102,10 +111,34 @@ bool Mp4File::leads(const AVPacket& packet, std::size_t track, std::chrono::seco
 
 bool Mp4File::close()
 {
-    const bool isWritten = av_write_trailer(muxer_) >= 0 && !isBroken_;
+    const bool isWritten = av_write_trailer(muxer_) >= 0 && !isBroken_ && writeLength();
     release();
     *size_ = disk_->size();
     return isWritten;
+}
+
+void Mp4File::noteLength(const AVPacket& packet, std::size_t track)
+{
+    const std::int64_t end = packet.pts + packet.duration - starts_[track];
+    length_ = std::max(length_, av_rescale_q(end, bases_[track], kMillisecond));
+}
+
+// The length in the movie header is 0 as long as nobody knows it. Some players take it from there alone.
+void Mp4File::findLengthField(const std::uint8_t* header, std::size_t size)
+{
+    constexpr std::string_view kMovieHeader = "mvhd";
+    constexpr std::size_t kLengthOffset = 20; // behind the name: version, two times and the scale of a millisecond
+    const std::string_view text(reinterpret_cast<const char*>(header), size);
+    const std::size_t name = text.find(kMovieHeader);
+    if (name != std::string_view::npos && name + kLengthOffset + 4 <= size)
+        lengthField_ = disk_->size() + static_cast<std::int64_t>(name + kLengthOffset);
+}
+
+bool Mp4File::writeLength()
+{
+    std::array<std::uint8_t, 4> bytes{};
+    AV_WB32(bytes.data(), static_cast<std::uint32_t>(length_));
+    return lengthField_ == 0 || disk_->overwrite(lengthField_, bytes.data(), bytes.size());
 }
 
 void Mp4File::release()
@@ -134,6 +167,8 @@ bool Mp4File::append(const std::uint8_t* data, std::size_t size, AVIODataMarkerT
 {
     if (isBroken_)
         return false;
+    if (type == AVIO_DATA_MARKER_HEADER)
+        findLengthField(data, size);
     if (isFragmentStart(type))
         whole_ = disk_->size();
     isBroken_ = disk_->isDeleted() || !disk_->write(data, size);

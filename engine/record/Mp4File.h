@@ -46,6 +46,9 @@ private:
     std::int64_t timeOf(const AVPacket& packet, std::size_t track) const { return packet.dts - starts_[track]; }
     bool allocate();
     bool addTrack(const RecordTrack& track);
+    void noteLength(const AVPacket& packet, std::size_t track);
+    void findLengthField(const std::uint8_t* header, std::size_t size);
+    bool writeLength();
     void release();
     void cutBroken();
 
@@ -55,6 +58,8 @@ private:
     std::vector<std::int64_t> starts_; // in the bases
     std::int64_t whole_ = 0;           // the file is good up to here
     std::int64_t waiting_ = 0;         // bytes that the muxer holds back
+    std::int64_t length_ = 0;          // milliseconds
+    std::int64_t lengthField_ = 0;     // where the file tells it; 0 while unknown
     bool isBroken_ = false;
     const std::shared_ptr<Size> size_ = std::make_shared<Size>(0);
 };

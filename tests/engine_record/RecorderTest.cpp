@@ -4,13 +4,19 @@
 
 #include <gtest/gtest.h>
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <thread>
 
 namespace tide {
@@ -76,6 +82,14 @@ void expectSameTimes(const std::vector<Packet>& made, const std::vector<Packet>&
     }
 }
 
+// Milliseconds, by the movie header alone.
+double lengthTold(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    const std::string head(std::istreambuf_iterator<char>(file), {});
+    return AV_RB32(head.data() + head.find("mvhd") + 20);
+}
+
 TEST_F(Recording, holdsTheStreamPacketForPacket)
 {
     const auto recorder = start(file("copy.mp4"));
@@ -96,6 +110,7 @@ TEST_F(Recording, holdsTheStreamPacketForPacket)
     EXPECT_EQ(payloads(made.packets(kSound)), payloads(sound));
     expectSameTimes(made.packets(kSound), sound, -source.front().dts);
     EXPECT_NEAR(made.duration(), kSeconds, 0.2);
+    EXPECT_NEAR(lengthTold(file("copy.mp4")), kSeconds * 1000, 200);
     EXPECT_EQ(failures_, 0);
 }
 
@@ -307,9 +322,10 @@ TEST_F(Recording, theFileCanBeSought)
     const PacketPtr packet(av_packet_alloc());
     for (const int second : {6, 2, 7, 0}) {
         ASSERT_GE(av_seek_frame(opened, -1, second * AV_TIME_BASE + AV_TIME_BASE / 2, AVSEEK_FLAG_BACKWARD), 0);
-        do
+        do {
+            av_packet_unref(packet.get());
             ASSERT_GE(av_read_frame(opened, packet.get()), 0);
-        while (packet->stream_index != 0);
+        } while (packet->stream_index != 0);
         EXPECT_TRUE(packet->flags & AV_PKT_FLAG_KEY);
         EXPECT_NEAR(static_cast<double>(packet->dts) * av_q2d(opened->streams[0]->time_base), second, 0.1);
     }
