@@ -187,7 +187,7 @@ void Stage::handle(const XEvent& event)
             break;
         case Expose:
             if (own && event.xexpose.count == 0)
-                view->want(Clock::now());
+                view->loseContent(Clock::now());
             break;
         default:
             break;
@@ -218,9 +218,13 @@ void Stage::resize(View& view, int width, int height)
 {
     if (view.width == width && view.height == height)
         return;
+    const bool isFirst = view.width == 0;
     view.width = width;
     view.height = height;
-    view.want(Clock::now());
+    if (isFirst)
+        view.want(Clock::now());
+    else
+        view.loseContent(Clock::now());
 }
 
 // The window has died, or its view goes.
@@ -307,7 +311,10 @@ void Stage::draw(View& view)
 {
     view.wanted.reset();
     view.lastDrawn = Clock::now();
+    const bool lostContent = std::exchange(view.lostContent, false);
     const PicturePtr picture = view.channel->source->current();
+    if (!picture && lostContent)
+        blank(view);
     if (!picture || !paint(view, *picture))
         return;
     runHook(view);
@@ -317,6 +324,16 @@ void Stage::draw(View& view)
     ++(isNew ? view.stats.shown : view.stats.redrawn);
     view.drawnSerial = picture->serial;
     bury();
+}
+
+// What stood there is left alone until the first picture, unless it was lost: nobody else paints the window now.
+void Stage::blank(View& view)
+{
+    if (!view.surface->makeCurrent())
+        return lose(view);
+    glClearColor(0.0F, 0.0F, 0.0F, 1.0F);
+    glClear(GL_COLOR_BUFFER_BIT);
+    view.surface->swap();
 }
 
 bool Stage::paint(View& view, const Picture& picture)

@@ -54,6 +54,7 @@ private:
     std::shared_ptr<View> longestWaiting() const;
     std::pair<std::shared_ptr<View>, TimePoint> nextStill() const;
     void draw(View& view);
+    void blank(View& view);
     bool paint(View& view, const Picture& picture);
     void runHook(View& view);
 

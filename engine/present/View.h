@@ -34,12 +34,19 @@ struct View
     int height = 0;
     bool viewable = false;
     bool obscured = false;
+    bool lostContent = false; // was exposed or got another size since it was drawn
 
     std::optional<TimePoint> wanted; // since when it waits to be drawn
     std::optional<std::uint64_t> drawnSerial;
     TimePoint lastDrawn;
 
     bool canBeSeen() const { return surface && viewable && !obscured && width > 0 && height > 0; }
+
+    void loseContent(TimePoint since)
+    {
+        lostContent = true;
+        want(since);
+    }
 
     void want(TimePoint since)
     {

@@ -111,9 +111,10 @@ TEST_F(PresenterTest, LeavesTheBackgroundAloneUntilTheFirstPicture)
     auto source = std::make_shared<FakeSource>();
     ASSERT_TRUE(presenter_.add(1, window, source));
     presenter_.setHook(1, &paintGreen);
-    screen_.clear(window);
     std::this_thread::sleep_for(200ms);
     EXPECT_TRUE(isNear(screen_.at(window, 30, 30), Screen::kBackgroundColour));
+    screen_.clear(window); // what stood there is lost
+    EXPECT_TRUE(screen_.shows(window, 30, 30, Colour{0, 0, 0}));
     presenter_.setHook(1, {});
     put(*source, red());
     EXPECT_TRUE(screen_.shows(window, 30, 30, kRed));
@@ -245,9 +246,8 @@ TEST_F(PresenterTest, TheHookDrawsOverThePictureInCleanState)
         glGetIntegerv(GL_VIEWPORT, viewport);
         GLfloat modelview[16] = {};
         glGetFloatv(GL_MODELVIEW_MATRIX, modelview);
-        surprises += context == nullptr || viewport[2] != 60 || viewport[3] != 60 ||
-                     glIsEnabled(GL_BLEND) == GL_TRUE || modelview[0] != 1.0F || modelview[12] != 0.0F ||
-                     glGetError() != GL_NO_ERROR;
+        surprises += context == nullptr || viewport[2] != 60 || viewport[3] != 60 || glIsEnabled(GL_BLEND) == GL_TRUE ||
+                     modelview[0] != 1.0F || modelview[12] != 0.0F || glGetError() != GL_NO_ERROR;
         glColor4f(0.0F, 1.0F, 0.0F, 1.0F);
         glRectf(-1.0F, 0.0F, 0.0F, 1.0F); // the upper left quarter
         glColor4f(0.0F, 1.0F, 0.0F, 0.5F);
