@@ -34,25 +34,28 @@ Failure Engine::play(StreamOptions options, int& playId)
         return Failure::NoWindow;
     stopAtExit();
     notifier_.open(id);
-    if (!enter(stream)) {
+    const Failure failure = enter(stream);
+    if (failure == Failure::None) {
+        playId = id;
+    } else {
         presenter_.remove(id);
-        return Failure::WrongState;
+        notifier_.close(id);
     }
-    playId = id;
-    return Failure::None;
+    return failure;
 }
 
 // The stream starts under the lock, so that nobody stops one that has not started.
-bool Engine::enter(const std::shared_ptr<Stream>& stream)
+Failure Engine::enter(const std::shared_ptr<Stream>& stream)
 {
     std::vector<std::shared_ptr<Stream>> finished; // joined without the lock
     std::lock_guard lock(mutex_);
     if (leaving_)
-        return false;
+        return Failure::WrongState;
     finished = takeFinished();
-    stream->start();
+    if (!stream->start())
+        return Failure::OutOfMemory;
     streams_[stream->id()] = stream;
-    return true;
+    return Failure::None;
 }
 
 std::shared_ptr<Stream> Engine::findStream(int playId) const

@@ -48,7 +48,7 @@ public:
 private:
     Engine();
 
-    bool enter(const std::shared_ptr<Stream>& stream);
+    Failure enter(const std::shared_ptr<Stream>& stream);
     std::vector<std::shared_ptr<Stream>> takeFinished();
     void stopAtExit();
     void stopAll();

@@ -1,6 +1,7 @@
 #include "engine/core/Notifier.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 namespace tide {
@@ -66,9 +67,18 @@ void Notifier::post(int id, std::function<void()> deliver, std::size_t limit)
             return;
         queue_.push_back({id, std::move(deliver)});
         if (!thread_.joinable())
-            thread_ = std::thread(&Notifier::run, this);
+            startThread();
     }
     wake_.notify_one();
+}
+
+// Where the system has no thread to give, what waits is delivered once it has.
+void Notifier::startThread()
+{
+    try {
+        thread_ = std::thread(&Notifier::run, this);
+    } catch (const std::system_error&) {
+    }
 }
 
 void Notifier::deliverMessage(int id, TP_Message what)

@@ -39,6 +39,7 @@ private:
     };
 
     void post(int id, std::function<void()> deliver, std::size_t limit);
+    void startThread(); // mutex_ is held
     void deliverMessage(int id, TP_Message what);
     void run();
 

@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::size_t kGroupLimit = 64U << 20; // bytes of decoded pictures
 constexpr std::size_t kLeastPictures = 2;
+constexpr Microseconds kFarthest =
+    std::chrono::hours(1000);           // where the end of a source of unknown length is looked for
 constexpr Microseconds kFirstStep = 1s; // back from a place where a seek led too far ahead
 
 std::size_t bytesOf(const AVFrame& frame)
@@ -50,7 +52,7 @@ Outcome ReverseFeed::run()
 // Fills group_ with the pictures from a key picture up to `end`. False when there is none, or when stopped.
 bool ReverseFeed::decodeGroup(Microseconds end)
 {
-    const Microseconds last = std::min(end, reader_.info().duration.value_or(end)) - 1us;
+    const Microseconds last = std::min(end, reader_.info().duration.value_or(kFarthest)) - 1us;
     for (Microseconds step{}; step <= last + kFirstStep; step = std::max(step * 2, kFirstStep)) {
         if (state_.guard.isStopped())
             return false;

@@ -60,9 +60,14 @@ Stream::~Stream()
         impl_->thread.join();
 }
 
-void Stream::start()
+bool Stream::start()
 {
-    impl_->thread = std::thread(&Impl::run, impl_.get());
+    try {
+        impl_->thread = std::thread(&Impl::run, impl_.get());
+        return true;
+    } catch (const std::system_error&) {
+        return false;
+    }
 }
 
 void Stream::stop()

@@ -42,8 +42,8 @@ public:
     Stream& operator=(const Stream&) = delete;
 
     // commands
-    void start();
-    void stop(); // for good; the thread leaves as soon as it can
+    bool start(); // false when the system has no thread to give
+    void stop();  // for good; the thread leaves as soon as it can
     Failure pause();
     Failure resume();
     Failure fast(); // one step of the scale 1/8, 1/4, 1/2, 1, 2, 4, 8; at its end it stays there; not of a live stream
