@@ -5,10 +5,79 @@
 
 using namespace engine_double;
 
-int TP_InitLib(const char* dir)
-{
-    return record("TP_InitLib", dir);
-}
+// Most functions only say what they were called with.
+#define RECORDED(name, parameters, ...)                                                                                \
+    int name parameters                                                                                                \
+    {                                                                                                                  \
+        return record(#name, __VA_ARGS__);                                                                             \
+    }
+#define RECORDED_WITH_ID(name, parameters, ...)                                                                        \
+    int name parameters                                                                                                \
+    {                                                                                                                  \
+        return recordId(#name, __VA_ARGS__);                                                                           \
+    }
+
+// clang-format off
+RECORDED(TP_InitLib, (const char* dir), dir)
+RECORDED(TP_WndResolutionChange, (TP_WId window), window)
+RECORDED(TP_SetDisplayBuf, (int frames), frames)
+RECORDED(TP_Pause, (int playId), playId)
+RECORDED(TP_Resume, (int playId), playId)
+RECORDED(TP_Fast, (int playId), playId)
+RECORDED(TP_Slow, (int playId), playId)
+RECORDED(TP_FrameForward, (int playId), playId)
+RECORDED(TP_SetReconnectInfo, (int playId, const char* auth), playId, auth)
+RECORDED(TP_SetDisplayRegion,
+    (int playId, int reserved, const _TP_REGION* region, TP_WId window, int enable),
+    playId, reserved, region, window, enable)
+RECORDED(TP_EnableIVS, (int playId, int selector, int enable), playId, selector, enable)
+RECORDED(TP_RenderPrivateDataEx, (int playId, int selector, int part, int enable), playId, selector, part, enable)
+RECORDED(TP_SetOverlayPriInfoFlag, (int playId, int selector, int enable), playId, selector, enable)
+RECORDED(TP_JPEGCapture, (int playId, const char* path), playId, path)
+RECORDED(TP_BMPCapture, (int playId, const char* path), playId, path)
+RECORDED(TP_StartSave, (int playId, const char* path, int packageType), playId, path, packageType)
+RECORDED(TP_StopSave, (int playId), playId)
+RECORDED(TP_SwitchFile, (int playId, const char* path), playId, path)
+RECORDED(TP_GetRecordFileSize, (int playId), playId)
+RECORDED(TP_OpenSound, (int playId), playId)
+RECORDED(TP_SetVolume, (int playId, unsigned short volume), playId, volume)
+RECORDED(TP_GetVolume, (int playId), playId)
+RECORDED_WITH_ID(TP_StartVoiceTalk,
+    (const char* openUrl, const char* closeUrl, const char* dataUrl, const char* auth, int audioType,
+     int bitRate, int sampleRate, int soundChannel, int deviceCastChannelNum),
+    openUrl, closeUrl, dataUrl, auth, audioType, bitRate, sampleRate, soundChannel, deviceCastChannelNum)
+RECORDED(TP_StopVoiceTalk, (int talkId), talkId)
+RECORDED(TP_FEC_UpDateParam, (int realPlayId, int viewId, const _TP_FISHEYEPARAM* param), realPlayId, viewId, param)
+RECORDED(TP_FEC_SetDrawType, (int realPlayId, int drawType), realPlayId, drawType)
+RECORDED(TP_FEC_SetFinshDraw, (int realPlayId, int viewId), realPlayId, viewId)
+RECORDED(TP_FEC_CapturePIC, (int isBmp, int playId, int viewId, const char* path), isBmp, playId, viewId, path)
+RECORDED_WITH_ID(TP_StartFishListener, (const char* url, const char* auth, const char* extData), url, auth, extData)
+RECORDED(TP_StopFishListener, (int listenerId), listenerId)
+RECORDED(TP_SR_Rotate, (int playId, const _TP_SRTRANSFER* transfer), playId, transfer)
+RECORDED(TP_SetSecretKey, (int keyType, const char* key), keyType, key)
+RECORDED_WITH_ID(TP_StartAsynUpload,
+    (const char* uploadUrl, const char* statusUrl, const char* auth, const char* path, const char* pReserve,
+     int iReserve),
+    uploadUrl, statusUrl, auth, path, pReserve, iReserve)
+RECORDED(TP_StopAsynUpload, (int uploadId), uploadId)
+RECORDED(TP_ImportDeviceConfig, (const char* uploadUrl, const char* auth, const char* path), uploadUrl, auth, path)
+RECORDED(TP_ExportDeviceConfig, (const char* downloadUrl, const char* auth, const char* path), downloadUrl, auth, path)
+RECORDED(TP_Upload,
+    (const char* uploadUrl, const char* auth, const char* path, const char* contentType, int iReserve),
+    uploadUrl, auth, path, contentType, iReserve)
+RECORDED_WITH_ID(TP_StartDownload,
+    (const char* downloadUrl, const char* auth, const char* path, const char* downloadXml),
+    downloadUrl, auth, path, downloadXml)
+RECORDED_WITH_ID(TP_StartDownloadEx,
+    (const char* downloadUrl, const char* auth, const char* path, int packageType, const char* downloadXml),
+    downloadUrl, auth, path, packageType, downloadXml)
+RECORDED(TP_StopDownload, (int downloadId), downloadId)
+RECORDED_WITH_ID(TP_StartUpgrade,
+    (const char* upgradeUrl, const char* statusUrl, const char* auth, const char* path,
+     const char* upgradeFlag, const char* pReserve),
+    upgradeUrl, statusUrl, auth, path, upgradeFlag, pReserve)
+RECORDED(TP_StopUpgrade, (int upgradeId), upgradeId)
+// clang-format on
 
 unsigned TP_GetLastError()
 {
@@ -21,16 +90,6 @@ int TP_SetMessageHandler(TP_MessageHandler handler, void* user)
     if (result == 0)
         setMessageHandler(handler, user);
     return result;
-}
-
-int TP_WndResolutionChange(TP_WId window)
-{
-    return record("TP_WndResolutionChange", window);
-}
-
-int TP_SetDisplayBuf(int frames)
-{
-    return record("TP_SetDisplayBuf", frames);
 }
 
 int TP_Play(const char* url, const char* auth, int protocol, TP_WId window, const char* startTime, const char* stopTime,
@@ -52,31 +111,6 @@ int TP_Stop(int playId)
     return closed(playId, record("TP_Stop", playId));
 }
 
-int TP_Pause(int playId)
-{
-    return record("TP_Pause", playId);
-}
-
-int TP_Resume(int playId)
-{
-    return record("TP_Resume", playId);
-}
-
-int TP_Fast(int playId)
-{
-    return record("TP_Fast", playId);
-}
-
-int TP_Slow(int playId)
-{
-    return record("TP_Slow", playId);
-}
-
-int TP_FrameForward(int playId)
-{
-    return record("TP_FrameForward", playId);
-}
-
 float TP_GetScale(int playId)
 {
     auto scale = static_cast<float>(record("TP_GetScale", playId));
@@ -90,37 +124,12 @@ int TP_GetPictureSize(int playId, int* width, int* height)
     return record("TP_GetPictureSize", playId, width, height);
 }
 
-int TP_SetReconnectInfo(int playId, const char* auth)
-{
-    return record("TP_SetReconnectInfo", playId, auth);
-}
-
-int TP_SetDisplayRegion(int playId, int reserved, const _TP_REGION* region, TP_WId window, int enable)
-{
-    return record("TP_SetDisplayRegion", playId, reserved, region, window, enable);
-}
-
 int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user)
 {
     const int result = record("TP_RigisterDrawFun", playId, fn, user);
     if (result >= 0)
         setDrawHook(playId, [=](void* drawContext) { fn(playId, drawContext, user); });
     return result;
-}
-
-int TP_EnableIVS(int playId, int selector, int enable)
-{
-    return record("TP_EnableIVS", playId, selector, enable);
-}
-
-int TP_RenderPrivateDataEx(int playId, int selector, int part, int enable)
-{
-    return record("TP_RenderPrivateDataEx", playId, selector, part, enable);
-}
-
-int TP_SetOverlayPriInfoFlag(int playId, int selector, int enable)
-{
-    return record("TP_SetOverlayPriInfoFlag", playId, selector, enable);
 }
 
 int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, void* user)
@@ -133,72 +142,15 @@ int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, void* user)
     return result;
 }
 
-int TP_JPEGCapture(int playId, const char* path)
-{
-    return record("TP_JPEGCapture", playId, path);
-}
-
-int TP_BMPCapture(int playId, const char* path)
-{
-    return record("TP_BMPCapture", playId, path);
-}
-
 int TP_GetOSDTime(int playId, _TP_OSDTIME* time)
 {
     fill("TP_GetOSDTime", &time->year, &time->month, &time->day, &time->hour, &time->minute, &time->second);
     return record("TP_GetOSDTime", playId, time);
 }
 
-int TP_StartSave(int playId, const char* path, int packageType)
-{
-    return record("TP_StartSave", playId, path, packageType);
-}
-
-int TP_StopSave(int playId)
-{
-    return record("TP_StopSave", playId);
-}
-
-int TP_SwitchFile(int playId, const char* path)
-{
-    return record("TP_SwitchFile", playId, path);
-}
-
-int TP_GetRecordFileSize(int playId)
-{
-    return record("TP_GetRecordFileSize", playId);
-}
-
-int TP_OpenSound(int playId)
-{
-    return record("TP_OpenSound", playId);
-}
-
 int TP_CloseSound()
 {
     return record("TP_CloseSound");
-}
-
-int TP_SetVolume(int playId, unsigned short volume)
-{
-    return record("TP_SetVolume", playId, volume);
-}
-
-int TP_GetVolume(int playId)
-{
-    return record("TP_GetVolume", playId);
-}
-
-int TP_StartVoiceTalk(const char* openUrl, const char* closeUrl, const char* dataUrl, const char* auth, int audioType,
-                      int bitRate, int sampleRate, int soundChannel, int deviceCastChannelNum)
-{
-    return recordId("TP_StartVoiceTalk", openUrl, closeUrl, dataUrl, auth, audioType, bitRate, sampleRate, soundChannel,
-                    deviceCastChannelNum);
-}
-
-int TP_StopVoiceTalk(int talkId)
-{
-    return record("TP_StopVoiceTalk", talkId);
 }
 
 int TP_FEC_Play(int realPlayId, TP_WId window, const _TP_FISHEYEPARAM* param, int placeType, int correctType)
@@ -220,21 +172,6 @@ int TP_FEC_GetParam(int realPlayId, int viewId, _TP_FISHEYEPARAM* param)
     return record("TP_FEC_GetParam", realPlayId, viewId);
 }
 
-int TP_FEC_UpDateParam(int realPlayId, int viewId, const _TP_FISHEYEPARAM* param)
-{
-    return record("TP_FEC_UpDateParam", realPlayId, viewId, param);
-}
-
-int TP_FEC_SetDrawType(int realPlayId, int drawType)
-{
-    return record("TP_FEC_SetDrawType", realPlayId, drawType);
-}
-
-int TP_FEC_SetFinshDraw(int realPlayId, int viewId)
-{
-    return record("TP_FEC_SetFinshDraw", realPlayId, viewId);
-}
-
 int TP_FEC_IsInFinshDraw(int realPlayId, int* viewId, float x, float y)
 {
     fill("TP_FEC_IsInFinshDraw", viewId);
@@ -254,35 +191,10 @@ int TP_FEC_TestScan(int realPlayId, int viewId, float* x, float* y, int placeTyp
     return record("TP_FEC_TestScan", realPlayId, viewId, x, y, placeType, step);
 }
 
-int TP_FEC_CapturePIC(int isBmp, int playId, int viewId, const char* path)
-{
-    return record("TP_FEC_CapturePIC", isBmp, playId, viewId, path);
-}
-
-int TP_StartFishListener(const char* url, const char* auth, const char* extData)
-{
-    return recordId("TP_StartFishListener", url, auth, extData);
-}
-
-int TP_StopFishListener(int listenerId)
-{
-    return record("TP_StopFishListener", listenerId);
-}
-
 int TP_SetFishMsgCallBack(TP_FishMsgFun fn)
 {
     setFishMessageHandler(fn);
     return record("TP_SetFishMsgCallBack", fn);
-}
-
-int TP_SR_Rotate(int playId, const _TP_SRTRANSFER* transfer)
-{
-    return record("TP_SR_Rotate", playId, transfer);
-}
-
-int TP_SetSecretKey(int keyType, const char* key)
-{
-    return record("TP_SetSecretKey", keyType, key);
 }
 
 int TP_Encrypt(int type, const char* text, char* out, int* outLength, int reserved, bool encrypted)
@@ -297,17 +209,6 @@ int TP_Decrypt(int type, const char* text, char* out, int* outLength, int reserv
     copyText("TP_Decrypt", out);
     fill("TP_Decrypt", outLength);
     return record("TP_Decrypt", type, text, out, outLength, reserved, encrypted);
-}
-
-int TP_StartAsynUpload(const char* uploadUrl, const char* statusUrl, const char* auth, const char* path,
-                       const char* pReserve, int iReserve)
-{
-    return recordId("TP_StartAsynUpload", uploadUrl, statusUrl, auth, path, pReserve, iReserve);
-}
-
-int TP_StopAsynUpload(int uploadId)
-{
-    return record("TP_StopAsynUpload", uploadId);
 }
 
 int TP_GetUploadErrorInfo(int uploadId, char* buffer)
@@ -328,52 +229,10 @@ int TP_GetHTTPErrorInfo(char* buffer, int size)
     return record("TP_GetHTTPErrorInfo", buffer, size);
 }
 
-int TP_ImportDeviceConfig(const char* uploadUrl, const char* auth, const char* path)
-{
-    return record("TP_ImportDeviceConfig", uploadUrl, auth, path);
-}
-
-int TP_ExportDeviceConfig(const char* downloadUrl, const char* auth, const char* path)
-{
-    return record("TP_ExportDeviceConfig", downloadUrl, auth, path);
-}
-
-int TP_Upload(const char* uploadUrl, const char* auth, const char* path, const char* contentType, int iReserve)
-{
-    return record("TP_Upload", uploadUrl, auth, path, contentType, iReserve);
-}
-
-int TP_StartDownload(const char* downloadUrl, const char* auth, const char* path, const char* downloadXml)
-{
-    return recordId("TP_StartDownload", downloadUrl, auth, path, downloadXml);
-}
-
-int TP_StartDownloadEx(const char* downloadUrl, const char* auth, const char* path, int packageType,
-                       const char* downloadXml)
-{
-    return recordId("TP_StartDownloadEx", downloadUrl, auth, path, packageType, downloadXml);
-}
-
-int TP_StopDownload(int downloadId)
-{
-    return record("TP_StopDownload", downloadId);
-}
-
 int TP_GetDownloadStatus(int downloadId, int* status, int* progress)
 {
     fill("TP_GetDownloadStatus", status, progress);
     return record("TP_GetDownloadStatus", downloadId, status, progress);
-}
-
-int TP_StartUpgrade(const char* upgradeUrl, const char* statusUrl, const char* auth, const char* path,
-                    const char* upgradeFlag, const char* pReserve)
-{
-    return recordId("TP_StartUpgrade", upgradeUrl, statusUrl, auth, path, upgradeFlag, pReserve);
-}
-
-int TP_StopUpgrade(int upgradeId)
-{
-    return record("TP_StopUpgrade", upgradeId);
 }
 
 int TP_UpgradeStatus(int upgradeId, int* status, int* progress)
