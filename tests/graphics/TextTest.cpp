@@ -4,6 +4,9 @@
 #include "tests/graphics/LiteralText.h"
 #include "tests/support/GlCanvas.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <GL/gl.h>
 #include <GL/glext.h>
 #include <gtest/gtest.h>
@@ -36,7 +39,7 @@ void ours(const DrawColor& color, const QString& text, const QPointF& position, 
 
 } // namespace
 
-TEST(Text, HasThePixelsOfTheWholeWindowPath)
+TEST(Text, hasThePixelsOfTheWholeWindowPath)
 {
     const Placed texts[] = {
         {"2026-11-22 Sunday 22:41:07", {0.1, 0.1}},
@@ -59,4 +62,116 @@ TEST(Text, HasThePixelsOfTheWholeWindowPath)
             EXPECT_EQ(differingPixels(drawn(canvas, placed, ours), expected), 0) << "again: " << placed.text;
         }
     }
+}
+
+TEST(Text, estimatesItsWidthWhateverIsDrawn)
+{
+    GlCanvas canvas({3, 200});
+    EXPECT_EQ(renderText(kGreen, "hello", {0.0, 0.0}, canvas.size(), 16), 48);
+    EXPECT_EQ(renderText(kGreen, "", {0.0, 0.0}, canvas.size(), 16), 0);
+    EXPECT_EQ(paintedPixels(canvas.picture()), 0);
+}
+
+TEST(Text, keepsToItsOwnGlState)
+{
+    GlCanvas canvas({200, 100});
+    const Placed text = {"state", {0.1, 0.1}};
+    const QImage expected = drawn(canvas, text, literalText);
+    const std::vector<unsigned char> garbage(100000, 200);
+    GLuint buffers[2];
+    glGenBuffers(2, buffers);
+    glBindBuffer(GL_PIXEL_UNPACK_BUFFER, buffers[0]);
+    glBufferData(GL_PIXEL_UNPACK_BUFFER, 100000, garbage.data(), GL_STATIC_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, buffers[1]);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 500);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 8);
+    glActiveTexture(GL_TEXTURE3);
+    EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
+    GLint value = -1;
+    glGetIntegerv(GL_CURRENT_PROGRAM, &value);
+    EXPECT_EQ(value, 0);
+    EXPECT_FALSE(glIsEnabled(GL_BLEND));
+    glGetIntegerv(GL_UNPACK_ROW_LENGTH, &value);
+    EXPECT_EQ(value, 500);
+    glGetIntegerv(GL_PIXEL_UNPACK_BUFFER_BINDING, &value);
+    EXPECT_EQ(value, static_cast<GLint>(buffers[0]));
+
+    canvas.clear();
+    glEnable(GL_LINES); // an error that somebody else has left
+    renderText(kGreen, "none", {0.1, 0.1}, canvas.size(), kTextSize);
+    EXPECT_EQ(paintedPixels(canvas.picture()), 0);
+    EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
+    glDeleteBuffers(2, buffers);
+}
+
+TEST(Text, livesWithContextsThatComeAndGo)
+{
+    const Placed text = {"contexts", {0.1, 0.1}};
+    const QSize size(200, 100);
+    GlCanvas stays(size);
+    const QImage expected = drawn(stays, text, literalText);
+    for (int i = 0; i < 20; ++i) {
+        GlCanvas comes(size);
+        EXPECT_EQ(differingPixels(drawn(comes, text, ours), expected), 0) << i;
+        GLuint taken[8]; // names that a context without text would give to others
+        glGenTextures(8, taken);
+        for (const GLuint name : taken)
+            glBindTexture(GL_TEXTURE_3D, name);
+        stays.makeCurrent();
+        EXPECT_EQ(differingPixels(drawn(stays, text, ours), expected), 0) << i;
+    }
+    GlCanvas bare(size);
+    GLuint taken[16];
+    glGenTextures(16, taken);
+    for (const GLuint name : taken)
+        glBindTexture(GL_TEXTURE_3D, name);
+    EXPECT_EQ(differingPixels(drawn(bare, text, ours), expected), 0);
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+}
+
+TEST(Text, isDrawnByManyThreadsAtOnce)
+{
+    const Placed texts[] = {{"first thread", {0.1, 0.1}}, {"second one", {0.2, 0.5}}, {"and a third", {0.0, 0.7}}};
+    std::vector<std::thread> threads;
+    for (const Placed& text : texts) {
+        threads.emplace_back([&text] {
+            GlCanvas canvas({200, 100});
+            const QImage expected = drawn(canvas, text, ours);
+            EXPECT_GT(paintedPixels(expected), 0);
+            for (int i = 0; i < 20; ++i) {
+                renderText(kGreen, QString("%1 %2").arg(text.text).arg(i), text.position, canvas.size(), kTextSize);
+                EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(Text, keepsATextureForRecentTextsOnly)
+{
+    GlCanvas canvas({200, 100});
+    for (int i = 0; i < 1500; ++i)
+        renderText(kGreen, QString::number(i), {0.1, 0.1}, canvas.size(), kTextSize);
+    int textures = 0;
+    for (GLuint name = 1; name < 4000; ++name)
+        textures += glIsTexture(name) ? 1 : 0;
+    EXPECT_LT(textures, 1040);
+}
+
+TEST(Text, aMissingFontIsNotLookedForAtEveryText)
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath("font");
+    TextFont font({file.toStdString()});
+    EXPECT_EQ(font.glyph(U'x', 16), nullptr);
+    ASSERT_TRUE(QFile::link("/usr/share/fonts/opentype/unifont/unifont.otf", file));
+    EXPECT_EQ(font.glyph(U'x', 16), nullptr);
+
+    TextFont found({"/nowhere", file.toStdString()});
+    const Glyph* const glyph = found.glyph(U'x', 16);
+    ASSERT_TRUE(glyph);
+    EXPECT_EQ(glyph->coverage.size(), static_cast<size_t>(glyph->width * glyph->rows));
+    EXPECT_EQ(found.glyph(U' ', 16)->left, 8);
+    EXPECT_EQ(found.glyph(0x10FFFE, 16), nullptr);
 }

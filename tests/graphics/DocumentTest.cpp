@@ -1,0 +1,247 @@
+#include "tests/graphics/Shapes.h"
+
+#include "src/graphics/GraphicsGrid.h"
+#include "src/graphics/GraphicsLine.h"
+#include "src/graphics/GraphicsOverlay.h"
+#include "src/graphics/GraphicsPoint.h"
+#include "src/graphics/GraphicsRectangle.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+using namespace shapes;
+
+namespace {
+
+const std::string kPointMessage =
+    "point descriptor should be json array and should contains at least two entry of double";
+const std::string kRectMessage = "rectangle descriptor should contains at least four points.";
+const std::string kLineMessage =
+    "line json descriptor must contains an array of points descriptor of two points descriptor";
+const std::string kChainMessage =
+    "parse polygon points failed, polygon should contains points, which should be an two-dimension array";
+const std::string kMissing = "an required field is missing from json object, required key is ";
+
+std::string mismatch(const std::string& key, const std::string& word)
+{
+    return "error retrieving an optional field " + key + ", type mismatch, required type is " + word;
+}
+
+// A document of each type with all its keys.
+const std::map<G::GraphicsType, QByteArray> kFull = {
+    {G::Rectangle,
+     R"({"points":[[0.2,0.2],0,[0.4,0.5],0],"id":1,"editType":0,"drawColor":"blue","tipsPos":1,"translucent":1.0,
+         "fillColor":"red","tips":"t","widthHeightRate":2.0})"},
+    {G::Line,
+     R"({"points":[[0.2,0.2],[0.4,0.5]],"id":1,"editType":0,"drawColor":"blue","direction":1,"lineType":4,
+         "demarcationLineWidth":0.5,"showPDCLine":true,"showShoulderLine":true,"tips":"t","cutOffPositions":[0.5]})"},
+    {G::Breakline,
+     R"({"points":[[0.2,0.2],[0.4,0.5]],"id":1,"closed":true,"drawColor":"blue","tips":"t","editType":0,"direction":2})"},
+    {G::Polygon,
+     R"({"points":[[0.2,0.2],[0.4,0.5],[0.1,0.5]],"id":1,"closed":true,"drawColor":"blue","translucent":1.0,
+         "fillColor":"red","tips":"t","editType":0,"showWH":true})"},
+    {G::Point, R"({"points":[0.2,0.2],"id":1,"editType":0,"drawColor":"blue","tips":"t","type":"cross"})"},
+    {G::Grid, R"({"gridMap":"fffffc","drawColor":"blue","gridColNum":22,"gridRowNum":18})"},
+    {G::Overlay,
+     R"({"timeFormat":"24hour","dateType":1,"showWeekDay":true,"enable":true,"point":[0.1,0.1],"alignment":1,
+         "minMoveValue":8,"width":352,"height":288})"},
+};
+
+// The keys whose value may not be of every type, and what is said then.
+const std::map<std::pair<G::GraphicsType, std::string>, std::string> kStrict = {
+    {{G::Line, "tips"}, mismatch("tips", "string")},
+    {{G::Line, "cutOffPositions"}, mismatch("cutOffPositions", "array")},
+    {{G::Breakline, "tips"}, mismatch("tips", "string")},
+    {{G::Polygon, "tips"}, mismatch("tips", "string")},
+    {{G::Point, "tips"}, mismatch("tips", "string")},
+    {{G::Point, "type"}, mismatch("type", "string")},
+    {{G::Overlay, "timeFormat"}, mismatch("timeFormat", "string")},
+    {{G::Overlay, "showWeekDay"}, mismatch("showWeekDay", "bool")},
+};
+
+// What a document whose key `key` is broken, or missing, is refused with; "" for none.
+std::string expectedRefusal(G::GraphicsType type, const std::string& key, const QJsonValue& broken)
+{
+    if (key == "points" && !broken.isArray())
+        return mismatch("points", "array");
+    if (key == "points") // an empty list
+        return type == G::Rectangle ? kRectMessage
+               : type == G::Line    ? kLineMessage
+               : type == G::Point   ? "point json descriptor must contains an point"
+                                    : "";
+    const auto strict = kStrict.find({type, key});
+    const bool fits = strict != kStrict.end() &&
+                      ((key == "showWeekDay" && broken.isBool()) || (key == "cutOffPositions" && broken.isArray()) ||
+                       (key != "showWeekDay" && key != "cutOffPositions" && broken.isString()));
+    return strict == kStrict.end() || fits ? "" : strict->second;
+}
+
+} // namespace
+
+TEST(Documents, aWrongTypeIsRefusedOrLeftOutButNeverMore)
+{
+    const QJsonValue wrong[] = {QJsonValue(),         true, 7, -0.5, 1e300, "x", "#nonsense", QJsonArray(),
+                                QJsonObject{{"a", 1}}};
+    for (const auto& [type, text] : kFull) {
+        const QJsonObject good = object(text);
+        ASSERT_EQ(refusal(shapeRow(type).parse(good)), "") << type;
+        for (const QString& key : good.keys()) {
+            for (const QJsonValue& value : wrong) {
+                QJsonObject broken = good;
+                broken[key] = value;
+                const ParsedGraphics parsed = shapeRow(type).parse(broken);
+                EXPECT_EQ(refusal(parsed), expectedRefusal(type, key.toStdString(), value))
+                    << type << key.toStdString() << QJsonDocument(QJsonArray{value}).toJson().constData();
+                EXPECT_EQ(parsed.second != nullptr, !parsed.first && (key != "enable" || value.toBool())) << type;
+            }
+        }
+    }
+}
+
+TEST(Documents, saysWhatIsMissing)
+{
+    const std::set<QString> required = {"points", "id", "gridColNum", "gridRowNum"};
+    for (const auto& [type, text] : kFull) {
+        const QJsonObject good = object(text);
+        for (const QString& key : good.keys()) {
+            QJsonObject lacking = good;
+            lacking.remove(key);
+            EXPECT_EQ(refusal(shapeRow(type).parse(lacking)), required.count(key) ? kMissing + key.toStdString() : "");
+        }
+    }
+    EXPECT_EQ(refusal(parse(G::Overlay, R"({"text":"hello","enable":true})")), kMissing + "id");
+    EXPECT_EQ(refusal(parse(G::Overlay, R"({"enable":true})")), "can not deduce what kind of text overlay it is");
+}
+
+TEST(Documents, countsOfPointsAreExact)
+{
+    struct Case
+    {
+        G::GraphicsType type;
+        QByteArray points;
+        std::string refused;
+    };
+    const Case cases[] = {
+        {G::Rectangle, "[[0,0],[0,0],[1,1]]", kRectMessage},
+        {G::Rectangle, "[[0,0],[0,0],[1,1],[1,1],[1,1]]", kRectMessage},
+        {G::Rectangle, "[0,[0,0],[1,1],[1,1]]", kRectMessage},
+        {G::Rectangle, "[[0,0],null,[1,1],null]", ""},
+        {G::Rectangle, "[[0],null,[1,1],null]", kPointMessage},
+        {G::Line, "[[0,0]]", kLineMessage},
+        {G::Line, "[[0,0],[1,1],[1,1]]", kLineMessage},
+        {G::Line, "[[0,0],5]", kLineMessage},
+        {G::Line, "[[0,0],[1,2,3]]", kPointMessage},
+        {G::Breakline, "[[0.1,0.1],5]", kChainMessage},
+        {G::Polygon, "[[0.1,\"a\"]]", kPointMessage},
+        {G::Point, "[[0.5,0.5]]", "point json descriptor must contains an point"},
+        {G::Point, "[[0.1,0.2],[0.3,0.4]]", kPointMessage},
+        {G::Point, "[2,-1]", ""},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(refusal(parse(c.type, R"({"id":1,"points":)" + c.points + "}")), c.refused) << c.points.constData();
+    const auto errors = parse(G::Point, R"({"points":[0.5,"a"]})").first->toJson().object();
+    EXPECT_EQ(errors["errorModule"], "src/graphics/GraphicsBase");
+    EXPECT_EQ(errors["errorLine"], 524);
+}
+
+TEST(Documents, comeBackAsTheyWereUnderstood)
+{
+    struct Case
+    {
+        G::GraphicsType type;
+        QByteArray in;
+        QByteArray out;
+    };
+    const Case cases[] = {
+        {G::Rectangle, R"({"points":[[0.5,0.5],0,[0.25,0.25],0],"id":3,"tips":"x","drawColor":"#00ff00"})",
+         R"({"id":3,"tips":"","drawColor":"#00ff00","points":[[0.25,0.25],[0.25,0.5],[0.5,0.5],[0.5,0.25]]})"},
+        {G::Line, R"({"points":[[0,0],[1,0.5]],"id":2,"lineType":3})",
+         R"({"id":2,"editType":0,"lineType":0,"points":[[0,0],[1,0.5]],"drawColor":"#ff0000"})"},
+        {G::Line, R"({"points":[[0,0],[1,0.5]],"id":2,"lineType":3,"direction":2,"editType":1})",
+         R"({"id":2,"editType":1,"lineType":3,"direction":2,"points":[[0,0],[1,0.5]],"drawColor":"#ff0000"})"},
+        {G::Line, R"({"points":[[0,0],[1,0.5]],"id":2,"lineType":1,"direction":1,"editType":2})",
+         R"({"id":2,"editType":2,"lineType":1,"points":[[0,0],[1,0.5]],"drawColor":"#ff0000"})"},
+        {G::Line,
+         R"({"points":[[0,0],[1,0.5]],"id":2,"lineType":4,"direction":0,"demarcationLineWidth":0.5,
+             "cutOffPositions":[0.25,"x"]})",
+         R"({"id":2,"editType":0,"lineType":4,"direction":0,"points":[[0,0],[1,0.5]],"drawColor":"#ff0000",
+             "demarcationPoint":[[0,0],[0.5,0.25]],"cutOffPositions":[0.25,"x"]})"},
+        {G::Breakline, R"({"points":[],"id":-1,"direction":3,"tips":"x","lineType":9})",
+         R"({"points":[],"direction":0,"tips":"x","lineType":2,"closed":true,"drawColor":"#ff0000"})"},
+        {G::Polygon, R"({"points":[[0,0],[1,0],[1,1]],"id":4,"closed":false})",
+         R"({"id":4,"tips":"","closed":false,"points":[[0,0],[1,0]],"drawColor":"#ff0000"})"},
+        {G::Point, R"({"points":[0.5,0.5],"id":1,"type":"Cross"})", R"({"id":1,"point":[0.5,0.5]})"},
+        {G::Grid, R"({"gridMap":"FFz0f","gridColNum":3,"gridRowNum":-2})",
+         R"({"gridMap":"ff0f","gridColNum":3,"gridRowNum":-2})"},
+        {G::Overlay, R"({"name":"Gate 1","enable":true,"point":[0.1,0.1]})",
+         R"({"name":"Gate 1","enable":true,"point":[0.1,0.1],"alignment":0})"},
+        {G::Overlay, R"({"dateType":1,"enable":true})",
+         R"({"enable":true,"point":[0,0],"alignment":0,"timeFormat":"24hour","showWeekDay":true})"},
+        {G::Overlay, R"({"text":"","id":3,"enable":true,"alignment":2})",
+         R"({"text":"","id":3,"enable":false,"point":[0,0],"alignment":2})"},
+    };
+    for (const Case& c : cases) {
+        const auto shape = make(c.type, c.in);
+        ASSERT_TRUE(shape) << c.in.constData();
+        EXPECT_EQ(shape->toJson(), object(c.out)) << QJsonDocument(shape->toJson()).toJson().constData();
+    }
+    for (const char* const off :
+         {R"({"name":"","enable":true})", R"({"name":"x","enable":false})", R"({"text":"x","id":1})"}) {
+        const ParsedGraphics parsed = parse(G::Overlay, off);
+        EXPECT_TRUE(!parsed.first && !parsed.second) << off;
+    }
+}
+
+TEST(Documents, optionalKeysHaveTheirDefaultsAndLimits)
+{
+    const auto rectangle = [](const QByteArray& more) {
+        return make<GraphicsRectangle>(G::Rectangle, R"({"points":[[0,0],0,[1,1],0],"id":1,)" + more + "}");
+    };
+    EXPECT_FALSE(rectangle(R"("fillColor":"red","translucent":0.5)")->fillColor.isValid());
+    EXPECT_TRUE(rectangle(R"("fillColor":"red")")->fillColor.isValid());
+    EXPECT_EQ(rectangle(R"("widthHeightRate":0)")->widthHeightRate, 1.0);
+    EXPECT_EQ(rectangle(R"("widthHeightRate":0.5)")->widthHeightRate, 0.5);
+    EXPECT_TRUE(rectangle(R"("editType":9)")->resizable);
+
+    const auto overlay = [](const QByteArray& more) {
+        return make<GraphicsOverlay>(G::Overlay, R"({"dateType":2,"enable":true,)" + more + "}");
+    };
+    EXPECT_EQ(overlay(R"("width":-5)")->width, 704);
+    EXPECT_EQ(overlay(R"("minMoveValue":0)")->minMoveValue, 0);
+    EXPECT_EQ(overlay(R"("timeFormat":"12HOUR")")->dateTimeFormat.hour24, 0);
+    EXPECT_EQ(overlay(R"("timeFormat":"x")")->dateTimeFormat.hour24, 1);
+    EXPECT_FALSE(make<GraphicsPoint>(G::Point, R"({"points":[0,0],"id":1,"editType":1})")->editable);
+    EXPECT_EQ(make<GraphicsPoint>(G::Point, R"({"points":[0,0],"id":1,"type":"cross"})")->pointType, 1);
+}
+
+TEST(Shapes, assignmentTakesTheLookAndLeavesThePlace)
+{
+    for (const auto& [type, text] : kFull) {
+        QJsonObject other = object(text);
+        other["id"] = 9;
+        const auto target = shapeRow(type).parse(object(text)).second;
+        const auto source = shapeRow(type).parse(other).second;
+        const QString name = target->objectName();
+        target->selected = true;
+        target->temporary = true;
+        *target = *source;
+        EXPECT_TRUE(target->objectName() != name && target->objectName() != source->objectName());
+        EXPECT_TRUE(!target->selected && target->temporary && target->creating);
+        EXPECT_EQ(target->id, source->id);
+    }
+    GraphicsGrid grid(QByteArray("\xff", 1));
+    grid.rows = 2;
+    GraphicsGrid copy(QByteArray{});
+    copy.columns = 3;
+    copy = grid;
+    EXPECT_EQ(copy.toJson(), object(R"({"gridMap":"ff","gridColNum":22,"gridRowNum":18})"));
+    GraphicsLine line({0, 0, 1, 1}, Qt::blue, "tips");
+    line.demarcationPosition = 0.1;
+    line.where = GraphicsLine::Body;
+    GraphicsLine other({}, Qt::red, "");
+    other = line;
+    EXPECT_EQ(other.demarcationPosition, static_cast<double>(0.1F));
+    EXPECT_TRUE(other.line == line.line && other.drawColor == line.drawColor && other.tips == line.tips);
+    EXPECT_EQ(other.where, GraphicsLine::Elsewhere);
+}

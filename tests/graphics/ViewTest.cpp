@@ -1,0 +1,278 @@
+#include "tests/graphics/Shapes.h"
+
+#include "include/tide_pipe/tide_pipe.h"
+#include "src/WindowDirectory.h"
+#include "src/graphics/GraphicsLine.h"
+#include "src/graphics/GraphicsRectangle.h"
+#include "src/graphics/ToolRectangle.h"
+#include "src/graphics/ToolZoom.h"
+#include "src/player/IPlayer.h"
+#include "tests/double/EngineDouble.h"
+#include "tests/support/GlCanvas.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace shapes;
+
+namespace {
+
+struct PlayingPlayer : IPlayer
+{
+    using IPlayer::IPlayer;
+    int playStatus() const override { return 0; }
+    bool playing() const override { return true; }
+    bool playback() const override { return false; }
+    bool https() const override { return false; }
+    bool saving() const override { return false; }
+    float playSpeed() const override { return 1.0F; }
+    std::uint16_t volume() const override { return 0; }
+    int playId() const override { return 17; }
+};
+
+std::shared_ptr<GraphicsBase> shape(G::GraphicsType type, int id)
+{
+    const QByteArray points = type == G::Rectangle ? "[[0,0],0,[1,1],0]" : type == G::Point ? "[0,0]" : "[[0,0],[1,1]]";
+    return make(type, R"({"points":)" + points + R"(,"id":)" + QByteArray::number(id) + "}");
+}
+
+std::shared_ptr<GraphicsBase> grid()
+{
+    return make(G::Grid, R"({"gridColNum":22,"gridRowNum":18})");
+}
+
+// The list as pairs of type and id.
+std::vector<std::pair<int, int>> listed(const Window& window)
+{
+    std::vector<std::pair<int, int>> list;
+    for (const auto& shape : window->getGraphics())
+        list.emplace_back(shape->type(), shape->id);
+    return list;
+}
+
+using List = std::vector<std::pair<int, int>>;
+
+} // namespace
+
+TEST(View, isMadeOnceForAWindow)
+{
+    const Window window({100, 100});
+    EXPECT_EQ(UseGraphicsView(&*window), window.operator->());
+    EXPECT_EQ(WindowDirectory::instance().visit(&*window).view(), window.operator->());
+}
+
+TEST(View, aShapeTakesTheSlotOfItsIdOrKind)
+{
+    const Window window({100, 100});
+    for (const auto& added :
+         {grid(), shape(G::Polygon, 5), shape(G::Line, 3), shape(G::Point, -1), shape(G::Point, -1)})
+        window->addGraphics(added);
+    EXPECT_EQ(listed(window), (List{{G::Grid, -1}, {G::Polygon, 5}, {G::Line, 3}, {G::Point, -1}, {G::Point, -1}}));
+    const auto rectangle = shape(G::Rectangle, 5);
+    for (const auto& added : {grid(), rectangle, shape(G::Breakline, 3)})
+        window->addGraphics(added);
+    window->addGraphics(nullptr);
+    EXPECT_EQ(listed(window),
+              (List{{G::Grid, -1}, {G::Rectangle, 5}, {G::Breakline, 3}, {G::Point, -1}, {G::Point, -1}}));
+    EXPECT_EQ(window->getGraphics(QVariant(5)), rectangle);
+
+    // The other way round both stay.
+    window->clearGraphics(G::Point);
+    window->addGraphics(shape(G::Polygon, 5));
+    window->addGraphics(shape(G::Line, 3));
+    EXPECT_EQ(listed(window),
+              (List{{G::Grid, -1}, {G::Rectangle, 5}, {G::Breakline, 3}, {G::Polygon, 5}, {G::Line, 3}}));
+
+    const auto overlay = [](const char* text) { return make(G::Overlay, text); };
+    window->clearGraphics();
+    for (const char* const text :
+         {R"({"name":"a","enable":true})", R"({"text":"b","enable":true,"id":1})", R"({"dateType":0,"enable":true})",
+          R"({"name":"c","enable":true})", R"({"text":"d","enable":true,"id":2})", R"({"dateType":1,"enable":true})"})
+        window->addGraphics(overlay(text));
+    const auto overlays = window->getGraphics(G::Overlay);
+    ASSERT_EQ(overlays.size(), 4U);
+    EXPECT_EQ(overlays[0]->toJson()["name"], "c");
+}
+
+TEST(View, clearsByTypeFamilyIdAndName)
+{
+    const Window window({100, 100});
+    const auto line = shape(G::Line, 3);
+    const auto fill = [&] {
+        window->clearGraphics();
+        for (const auto& added : {line, shape(G::Rectangle, 3), shape(G::Polygon, 3), shape(G::Point, 3)})
+            window->addGraphics(added);
+        window->addGraphics(shape(G::Breakline, 4));
+    };
+    const auto left = [&](auto clear) {
+        fill();
+        clear(*window.operator->());
+        return listed(window).size();
+    };
+    using View = detail::GraphicsView;
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(G::Line); }), 4U) << "broken lines stay";
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(QVariant(4), G::Line); }), 4U) << "a broken line by its family";
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(QVariant(3), G::Polygon); }), 3U);
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(QVariant(3), G::Rectangle); }), 4U);
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(QVariant(3)); }), 1U);
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(QJsonArray{4, 3}, G::Line); }), 4U);
+    EXPECT_EQ(left([&](View& view) { view.clearGraphics(QJsonArray{line->objectName()}, G::Line); }), 4U);
+    EXPECT_EQ(left([&](View& view) { view.clearGraphics(QVariant(line->objectName())); }), 4U);
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(QVariant("3")); }), 5U) << "a text is a name";
+    EXPECT_EQ(left([](View& view) { view.clearGraphics(QVariant()); }), 5U);
+    EXPECT_EQ(left([&](View& view) { view.clearGraphics(line); }), 4U);
+
+    window->current_selected_graphics_ = line;
+    window->clearGraphics(G::Line);
+    EXPECT_TRUE(window->current_selected_graphics_);
+    window->clearGraphics(G::Any);
+    EXPECT_FALSE(window->current_selected_graphics_);
+}
+
+TEST(View, selectsByPositiveIdOrName)
+{
+    const Window window({100, 100});
+    const auto zero = shape(G::Point, 0);
+    const auto one = shape(G::Rectangle, 1);
+    window->addGraphics(zero);
+    window->addGraphics(one);
+    window->selectGraphics(QVariant(1), G::Line);
+    EXPECT_TRUE(one->selected && !zero->selected);
+    window->selectGraphics(QVariant(zero->objectName()), G::Line);
+    EXPECT_TRUE(!one->selected && zero->selected);
+    window->selectGraphics(QVariant(0), G::Point);
+    EXPECT_TRUE(!one->selected && !zero->selected);
+    EXPECT_EQ(window->clearSelectedGraphic(), -1);
+    zero->selected = one->selected = true;
+    EXPECT_EQ(window->clearSelectedGraphic(), 1);
+    EXPECT_TRUE(listed(window).empty());
+}
+
+TEST(View, keepsTheToolAsideWhileDrawingIsDisabled)
+{
+    const Window window({100, 100});
+    const auto tool = std::make_shared<ToolRectangle>();
+    tool->id = 7;
+    window->addGraphics(shape(G::Polygon, 7));
+    window->addGraphics(shape(G::Point, 7));
+    window->setTool(tool);
+    EXPECT_EQ(listed(window), (List{{G::Point, 7}})) << "the family of a rectangle makes room";
+    EXPECT_FALSE(window->current_tool_);
+    window->enableDraw();
+    window->enableDraw();
+    EXPECT_EQ(window->current_tool_, tool);
+    window->disableDraw();
+    window->disableDraw();
+    EXPECT_TRUE(!window->current_tool_ && window->saved_tool_ == tool);
+}
+
+TEST(View, givesTheWholePictureBackWithTheZoomTool)
+{
+    const Window window({100, 100});
+    engine_double::reset();
+    const auto zoom = std::make_shared<ToolZoom>();
+    window->setTool(zoom);
+    window->setTool(nullptr);
+    EXPECT_TRUE(engine_double::calls("TP_SetDisplayRegion").empty()) << "no player, no picture";
+    new PlayingPlayer(&*window);
+    window->setTool(zoom);
+    engine_double::answer("TP_SetDisplayRegion", -1);
+    window->setTool(nullptr);
+    const auto calls = engine_double::calls("TP_SetDisplayRegion");
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_THAT(calls[0].arguments, testing::ElementsAre("17", "0", "null", "0", "1"));
+    EXPECT_FALSE(window->saved_tool_);
+    engine_double::reset();
+}
+
+TEST(View, paintsItsBackgroundUntilTheWindowPlays)
+{
+    const Window window({20, 20});
+    const auto grabbed = [&] {
+        QImage picture(20, 20, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        window->renderBackground(&painter);
+        return picture.pixelColor(19, 19);
+    };
+    EXPECT_EQ(grabbed(), QColor(Qt::white));
+    window->setBackgroundColor(QString("blue"));
+    EXPECT_EQ(grabbed(), QColor(Qt::blue));
+    EXPECT_EQ(window->backgroundColor(), QVariant(QString("blue")));
+}
+
+TEST(View, aCountingLineMayGoWhileTheEngineReports)
+{
+    engine_double::reset();
+    auto line = make<GraphicsLine>(G::Line, R"({"id":1,"points":[[0,0],[1,1]]})");
+    registerPeopleCount(17, *line);
+    EXPECT_THAT(engine_double::calls("TP_RegAdditionFun")[0].arguments,
+                testing::ElementsAre("17", "2049", "pointer", "pointer"));
+    std::array<std::uint32_t, 16> thousandths{500, 9, 1001, 10, 1000};
+    TP_ADDITION_DATA_INFO info{2049, 0, 0, sizeof thousandths, 0, thousandths.data()};
+    const auto report = [&](int playId) { peopleCountDataCallback(playId, &info, line.get()); };
+    report(18);
+    EXPECT_TRUE(std::isnan(line->pdcLengths->length(0))) << "another stream";
+    info.length = 63;
+    report(17);
+    info.length = sizeof thousandths;
+    info.type = 2048;
+    report(17);
+    EXPECT_TRUE(std::isnan(line->pdcLengths->length(0))) << "too short, or of another type";
+    info.type = 2049;
+    report(17);
+    const double expected[] = {0.5, -1.0, -1.0, 0.01, 1.0, -1.0};
+    for (size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_DOUBLE_EQ(line->pdcLengths->length(i), expected[i]);
+
+    GraphicsLine* const gone = line.get();
+    const auto counts = line->pdcLengths;
+    line.reset();
+    thousandths[0] = 700;
+    peopleCountDataCallback(17, &info, gone);
+    peopleCountDataCallback(17, nullptr, nullptr);
+    EXPECT_DOUBLE_EQ(counts->length(0), 0.5);
+}
+
+TEST(View, drawsWhileShapesComeChangeAndGo)
+{
+    const Window window({64, 64});
+    constexpr int kFrames = 300;
+    std::atomic<int> frames{0};
+    const auto drawLoop = [&] {
+        GlCanvas canvas({64, 64});
+        while (++frames < kFrames) {
+            if (const auto visit = WindowDirectory::instance().visit(&*window))
+                visit.view()->render(nullptr);
+        }
+    };
+    std::array<std::thread, 2> threads{std::thread(drawLoop), std::thread(drawLoop)};
+    std::array<std::uint32_t, 16> thousandths{500, 500};
+    TP_ADDITION_DATA_INFO info{2049, 0, 0, sizeof thousandths, 0, thousandths.data()};
+    for (int round = 0; frames < kFrames; ++round) {
+        const auto line =
+            make<GraphicsLine>(G::Line, R"({"id":1,"points":[[0,0],[1,1]],"lineType":4,"direction":1,"showPDCLine":true,
+                         "demarcationLineWidth":0.5,"cutOffPositions":[0.2],"tips":"tips"})");
+        registerPeopleCount(17, *line);
+        window->addGraphics(line);
+        window->addGraphics(make(G::Overlay, R"({"dateType":0,"enable":true})"));
+        window->addGraphics(shape(G::Polygon, round % 7));
+        peopleCountDataCallback(17, &info, line.get());
+        for (const auto& edited : window->getGraphics()) {
+            const auto lock = window->lockShapes();
+            edited->mouseDown({0.5, 0.5}, {64, 64});
+            edited->mouseMove({0.5, 0.5}, {0.6, 0.6}, {64, 64});
+            edited->toJson();
+        }
+        if (round % 5 == 4)
+            window->clearGraphics();
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_LE(listed(window).size(), 9U);
+}
