@@ -1,6 +1,7 @@
 #include "engine/core/Notifier.h"
 
 #include <algorithm>
+#include <pthread.h>
 #include <system_error>
 #include <utility>
 
@@ -96,6 +97,7 @@ void Notifier::deliverMessage(int id, TP_Message what)
 
 void Notifier::run()
 {
+    pthread_setname_np(pthread_self(), "tide-notify");
     std::unique_lock lock(mutex_);
     for (;;) {
         wake_.wait(lock, [this] { return quit_ || !queue_.empty(); });

@@ -75,7 +75,8 @@ private:
 namespace {
 
 // At exit the OpenGL driver takes itself down before the statics of the program go: drawing must have ended by then.
-// Registered after the driver was loaded, so that it runs before the driver's own handlers.
+// Registered after the driver was loaded, so that it runs before the driver's own handlers; and again after each of the
+// first drawings, since the driver registers more of them when it uploads and compiles for the first time.
 class ExitGuard
 {
 public:
@@ -87,10 +88,16 @@ public:
 
     void enter(void* key, std::function<void()> stop)
     {
-        static const int registered = std::atexit([] { instance().stopAll(); });
+        static const int registered = registerAtExit();
         static_cast<void>(registered);
         const std::lock_guard lock(mutex_);
         stops_.emplace(key, std::move(stop));
+    }
+
+    void afterDrawing()
+    {
+        if (drawings_ < kFirstDrawings && ++drawings_ <= kFirstDrawings)
+            registerAtExit();
     }
 
     void leave(void* key)
@@ -100,6 +107,13 @@ public:
     }
 
 private:
+    static constexpr int kFirstDrawings = 16;
+
+    static int registerAtExit()
+    {
+        return std::atexit([] { instance().stopAll(); });
+    }
+
     // The lock is held while they stop, so that none is destroyed meanwhile; no render thread ever takes it.
     void stopAll()
     {
@@ -110,6 +124,7 @@ private:
 
     std::mutex mutex_;
     std::map<void*, std::function<void()>> stops_; // mutex_
+    std::atomic<int> drawings_{0};
 };
 
 timespec toTimespec(Clock::duration length)
@@ -190,6 +205,8 @@ void Presenter::Renderer::run()
         if (stage_) {
             stage_->handleEvents();
             due = stage_->work();
+            if (due == TimePoint::min()) // it has drawn
+                ExitGuard::instance().afterDrawing();
         }
         sleepUntil(due);
     }

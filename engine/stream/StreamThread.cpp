@@ -6,6 +6,7 @@
 #include "engine/stream/ReverseFeed.h"
 
 #include <algorithm>
+#include <pthread.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -58,6 +59,7 @@ StreamThread::StreamThread(StreamState& state)
 
 void StreamThread::run()
 {
+    pthread_setname_np(pthread_self(), "tide-stream");
     lowerPriority();
     Outcome outcome = playOnce();
     while (outcome == Outcome::Broken && rest())
