@@ -168,8 +168,8 @@ void FormatReader::describe()
     start_ = demuxer_->start_time == AV_NOPTS_VALUE ? 0 : demuxer_->start_time;
     if (demuxer_->duration > 0)
         info_.duration = Microseconds(demuxer_->duration);
-    const bool seekable = demuxer_->pb && (demuxer_->pb->seekable & AVIO_SEEKABLE_NORMAL) != 0;
-    info_.live = isNetwork() && !info_.duration && !seekable;
+    const bool hasLength = demuxer_->pb && avio_size(demuxer_->pb) > 0;
+    info_.live = isNetwork() && !info_.duration && !hasLength;
     info_.wallClockOrigin = creationTime(*demuxer_);
     learnWallClock();
 }

@@ -1,7 +1,9 @@
 #include "tests/engine_stream/StreamTestKit.h"
+#include "tests/support/HttpServer.h"
 
+#include <atomic>
+#include <fstream>
 #include <gtest/gtest.h>
-#include <thread>
 
 namespace tide {
 namespace {
@@ -95,6 +97,54 @@ TEST(NetworkTest, RefusedCredentialWaitsForAnother)
     EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
     Viewer inUrl(camera.url("/live", "us%20er:p%40ss%3Aw@"));
     EXPECT_TRUE(inUrl.waitFor(TP_MESSAGE_OPENED));
+}
+
+std::string bytesOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(HttpTest, FileWithRangesStartsInTheMiddleAndRunsBackward)
+{
+    const std::string film = bytesOf(h264Clip());
+    http_test::HttpServer server;
+    server.on("/film.mp4", [&](const auto& request) { return rangeOf(request, film); });
+    server.protect("/film.mp4", http_test::Login::Digest, "us er", "p@ss");
+    StreamOptions options = optionsFor(server.url("/film.mp4"), "us er:p@ss");
+    options.startTime = "2";
+    Viewer forward(options);
+    const auto pictures = forward.takeAll();
+    EXPECT_FALSE(forward.stream().isLive());
+    EXPECT_EQ(pictures.front()->position, 2s);
+    options.direction = Direction::Backward;
+    Viewer backward(options);
+    EXPECT_EQ(backward.takeAll().back()->position, 2s);
+    Viewer refused(optionsFor(server.url("/film.mp4"), "us er:wrong"));
+    EXPECT_TRUE(refused.waitFor(TP_MESSAGE_AUTH_FAILED));
+}
+
+TEST(HttpTest, FileWithoutRangesIsPacedAndGoesOnWhereTheLineWasCut)
+{
+    const std::string film = bytesOf(clip("film.ts", "-i " + h264Clip() + " -c copy"));
+    http_test::HttpServer server;
+    std::atomic<int> asked{0};
+    server.on("/film.ts", [&](const auto&) {
+        http_test::Response response;
+        response.body = film;
+        if (asked++ == 0)
+            response.cutAfter = film.size() / 2;
+        return response;
+    });
+    Viewer viewer(optionsFor(server.url("/film.ts"), "Authorization: Bearer abc"));
+    const TimePoint start = Clock::now();
+    const auto pictures = viewer.takeAll();
+    EXPECT_GT(Clock::now() - start, 2500ms); // not as fast as it comes
+    EXPECT_GE(asked, 2);
+    EXPECT_GT(pictures.size(), 60U);
+    for (std::size_t i = 1; i < pictures.size(); ++i)
+        EXPECT_GT(pictures[i]->position, pictures[i - 1]->position);
+    EXPECT_EQ(server.requests("/film.ts").front().headers.at("authorization"), "Bearer abc");
 }
 
 } // namespace
