@@ -163,10 +163,9 @@ CellWidget::CellWidget(QWidget* parent)
     : QWidget(parent)
     , playWindow_(MakePlayWindow())
 {
-    IGraphicsView* view = UseGraphicsView(playWindow_);
+    UseGraphicsView(playWindow_);
     playWindow_->setParent(this);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    WindowDirectory::instance().add(playWindow_, view);
 }
 
 void CellWidget::select()

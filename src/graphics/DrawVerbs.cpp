@@ -26,21 +26,12 @@ GraphicsView* selectedView(QWidget* mainWindow)
     return viewOf(Layout(mainWindow).getSelectedPlayWindow());
 }
 
-std::pair<std::shared_ptr<ErrorBase>, QWidget*> getRequiredWidget(QWidget* mainWindow, const QJsonObject& object)
-{
-    const auto [error, reference] = parseReference<QVariant>(object, "wndIndex");
-    if (error)
-        return {error, nullptr};
-    if (QWidget* const window = Layout(mainWindow).getPlayWindow(reference))
-        return {nullptr, window};
-    return {std::make_shared<ReferenceError>("play_window reference can not be found", LUMEN_HERE), nullptr};
-}
-
 // A document that names no window, or none that there is, means the selected one.
 GraphicsView* requiredView(QWidget* mainWindow, const QJsonObject& object)
 {
-    const auto [error, window] = getRequiredWidget(mainWindow, object);
-    return error ? selectedView(mainWindow) : viewOf(window);
+    const QVariant reference = parseReference<QVariant>(object, "wndIndex").second; // null when it is none
+    const QWidget* const window = Layout(mainWindow).getPlayWindow(reference);
+    return window ? viewOf(window) : selectedView(mainWindow);
 }
 
 std::shared_ptr<ErrorBase> noView(const QString& message)
