@@ -135,15 +135,20 @@ TEST(LineWriter, ASlowReaderLosesEventsAndIsToldButLosesNoAnswer)
     for (int i = 0; i < events; ++i)
         writer.event({{"event", i}});
     writer.answer({{"id", 1}});
-    const QList<QJsonObject> lines = pipe.readLines(silenceMs);
+    QList<QJsonObject> lines = pipe.readLines(silenceMs);
     EXPECT_EQ(lines.last().value("id").toInt(), 1);
     EXPECT_GT(lines.size(), 10000);
 
     writer.event({{"event", events}});
-    const QList<QJsonObject> after = pipe.readLines(silenceMs);
-    ASSERT_EQ(after.size(), 2);
-    EXPECT_EQ(after[0].value("dropped").toInt(), events + 1 - lines.size());
-    EXPECT_EQ(after[1].value("event").toInt(), events);
+    lines += pipe.readLines(silenceMs);
+    EXPECT_EQ(lines.last().value("event").toInt(), events);
+    int seen = 0, dropped = 0; // some may be told while the writer still makes room
+    for (const QJsonObject& line : lines) {
+        seen += line.contains("event");
+        dropped += line.value("dropped").toInt();
+    }
+    EXPECT_GT(dropped, 0);
+    EXPECT_EQ(seen + dropped, events + 1);
 }
 
 TEST(LineWriter, TellsOnceThatNobodyReads)
