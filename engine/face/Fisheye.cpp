@@ -54,21 +54,6 @@ int TP_FEC_CapturePIC(int, int, int, const char*)
     return fail(Failure::NotSupported);
 }
 
-int TP_StartFishListener(const char*, const char*, const char*)
-{
-    return fail(Failure::NotSupported);
-}
-
-int TP_StopFishListener(int)
-{
-    return fail(Failure::NotSupported);
-}
-
-int TP_SetFishMsgCallBack(TP_FishMsgFun)
-{
-    return fail(Failure::NotSupported);
-}
-
 int TP_SR_Rotate(int, const _TP_SRTRANSFER*)
 {
     return fail(Failure::NotSupported);
