@@ -105,7 +105,15 @@ std::string_view trimmed(std::string_view text)
 // One request under way: what libcurl's callbacks work on, all on the thread of perform().
 struct Exchange
 {
+    explicit Exchange(const HttpRequest& what)
+        : request(what)
+    {
+    }
+    bool isSilent() const { return std::chrono::steady_clock::now() - heardAt > patience; }
+
     const HttpRequest& request;
+    const std::chrono::seconds patience = httpSettings().patience;
+    std::chrono::steady_clock::time_point heardAt = std::chrono::steady_clock::now();
     HttpAnswer answer;
     std::array<char, CURL_ERROR_SIZE> complaint{};
 };
@@ -126,7 +134,10 @@ std::size_t takeHeader(char* data, std::size_t, std::size_t length, void* user)
 
 std::size_t takeBytes(char* data, std::size_t, std::size_t length, void* user)
 {
-    auto& [request, answer, complaint] = *static_cast<Exchange*>(user);
+    auto& exchange = *static_cast<Exchange*>(user);
+    const HttpRequest& request = exchange.request;
+    HttpAnswer& answer = exchange.answer;
+    exchange.heardAt = std::chrono::steady_clock::now();
     if (request.sink && answer.head.status / 100 == 2)
         return request.sink(answer.head, {data, length}) ? length : 0;
     answer.text.append(data, std::min(length, kMaxText - answer.text.size()));
@@ -152,6 +163,12 @@ int tellProgress(void* user, curl_off_t total, curl_off_t done, curl_off_t sendT
     return 0;
 }
 
+// The low speed that libcurl knows is a byte a second over some seconds: more than a sparse line has.
+int watchSilence(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
+{
+    return static_cast<Exchange*>(user)->isSilent() ? 1 : 0;
+}
+
 // Cameras and recorders stand in the local network, so no proxy is asked. A secure address leads to secure ones only.
 void setAddress(CURL* easy, const HttpRequest& request)
 {
@@ -173,7 +190,7 @@ void setLimits(CURL* easy, const HttpRequest& request)
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, std::min(patience, kConnectSeconds));
     curl_easy_setopt(easy, CURLOPT_TIMEOUT, static_cast<long>(request.limit.count()));
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, patience);
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, request.isSparse ? 0L : patience);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L); // a cancelled look-up of a name is not waited for
     curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, settings.verifiesTls ? 1L : 0L);
@@ -212,10 +229,10 @@ void setCallbacks(CURL* easy, Exchange& exchange)
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, &exchange);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBytes);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, &exchange);
-    if (!exchange.request.progress)
+    if (!exchange.request.progress && !exchange.request.isSparse)
         return;
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
-    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, tellProgress);
+    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, exchange.request.isSparse ? watchSilence : tellProgress);
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, &exchange);
 }
 
@@ -249,6 +266,8 @@ void conclude(Exchange& exchange, CURLcode code)
 {
     HttpAnswer& answer = exchange.answer;
     const bool isRefused = answer.head.status >= 400 && !answer.text.empty();
+    if (code == CURLE_ABORTED_BY_CALLBACK && exchange.request.isSparse)
+        code = CURLE_OPERATION_TIMEDOUT;
     answer.status = code == CURLE_OK || isRefused ? statusOfAnswer(answer.head.status) : statusOfCode(code);
     if (answer.isOk() || isRefused)
         return;
@@ -289,7 +308,7 @@ HttpClient::HttpClient()
 HttpAnswer HttpClient::perform(const HttpRequest& request)
 {
     const SigpipeGuard guard;
-    Exchange exchange{request, {}, {}};
+    Exchange exchange(request);
     const EasyPtr easy(curl_easy_init());
     if (!easy || !multi_)
         return exchange.answer;

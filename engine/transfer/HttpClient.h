@@ -38,10 +38,12 @@ struct HttpRequest
     std::vector<std::string> headers; // "Name: value"
     HttpBody* body = nullptr;         // borrowed
     std::chrono::seconds limit{0};    // for all of it; 0 is none, as long as bytes move
+    bool isSparse = false;            // a few bytes from time to time are enough to keep the line
 
     // Takes the bytes of a successful answer; false ends the exchange as a failure of the file.
     std::function<bool(const HttpHead& head, std::string_view bytes)> sink;
-    // Of what is sent, for a request with a body, else of what is received; `total` is 0 while it is not known.
+    // Of what is sent, for a request with a body, else of what is received; `total` is 0 while it is not known. Not of
+    // a sparse line.
     std::function<void(long long done, long long total)> progress;
 };
 

@@ -12,11 +12,11 @@
  * What holds for every function unless it says otherwise:
  *
  *  - Threads. Any thread may call, several at once, also from inside a callback. No function waits for the network, for
- * a decoder or for the disk.
+ *    a decoder or for the disk.
  *  - Failure. An int result is 0 or more for success and -1 for failure; TP_GetLastError then says why. A failed call
- * has changed nothing. Null pointers, unknown ids and values out of range are failures, never more.
+ *    has changed nothing. Null pointers, unknown ids and values out of range are failures, never more.
  *  - Text is zero-terminated, UTF-8 (paths: as the file system takes them), and read during the call only. A null text
- * is an empty one.
+ *    is an empty one.
  *  - Pointers that are passed in stay the caller's. Pointers that a callback gets are valid until it returns.
  *  - Ids. Play ids and view ids come from one counter, start at 1 and are not used again. Talks, uploads, downloads,
  *    upgrades and listeners have ids of kinds of their own.
@@ -127,8 +127,10 @@ TIDE_PIPE_SIZE(struct _TP_EAGLEEYEPARAM, 12);
 /* What a fisheye device reports to its listener. */
 struct _TP_FISHMESSAGE
 {
-    int box, kind, length, r0;
-    void* payload;
+    int box, kind; /* `kind` is a TP_FishKind */
+    int length;    /* of the payload, in bytes */
+    int r0;
+    void* payload; /* valid until the function returns */
     unsigned char r1[64];
 };
 TIDE_PIPE_SIZE(struct _TP_FISHMESSAGE, 88);
@@ -176,6 +178,13 @@ enum TP_Message
     TP_MESSAGE_RECORD_FAILED = 30   /* the disk ended a recording; what was written until then is good */
 };
 
+/* The kinds of a _TP_FISHMESSAGE. */
+enum TP_FishKind
+{
+    TP_FISH_BOX = 2, /* where the box with the number `box` is: a _TP_PTZPARAM */
+    TP_FISH_MODE = 3 /* how the device counts its boxes: one byte; `box` is 0 */
+};
+
 /* ---- callbacks ---- */
 
 /* `message` is a TP_Message. Comes on the engine's notification thread. */
@@ -192,7 +201,8 @@ typedef void (*TP_FECDrawFun)(void* user, unsigned, unsigned, void* drawContext,
 /* Comes on the engine's notification thread. */
 typedef void (*TP_AdditionFun)(int playId, struct TP_ADDITION_DATA_INFO* info, void* user);
 
-/* `data` is a _TP_FISHMESSAGE, `length` its size. Comes on the listener's thread. */
+/* `data` is a _TP_FISHMESSAGE, `length` its size. The numbers are the listener's id and the kind of the message. Comes
+ * on the listener's thread: those of two listeners may come at the same time. */
 typedef void (*TP_FishMsgFun)(int, int, void* data, unsigned length);
 
 /* ---- life, errors, messages ---- */
@@ -224,17 +234,20 @@ TIDE_PIPE_API int TP_SetDisplayBuf(int frames);
  *            with `size` (48 to 4096 each way, even), `rate` (1 to 120 pictures a second), `gop` (pictures from one key
  *            picture to the next), `seconds` (length; 0, as when it is left out, is an endless live source), `sound` (a
  *            tone in Hz) and `people` (people-count records a second). It shows colour bars, the time, and the number
- * of the picture, which also stands in 24 black and white cells along the top edge, highest bit first. No other scheme
- * is opened, nor does an opened source lead to one. auth       empty, "user:password", a JSON object with the texts
- * "user" and "password", or a line "Authorization: ..." (for RTSP only of the kind Basic). Goes before what stands in
- * the url. Never logged. protocol   how RTSP travels: 0 TCP, 1 UDP, 2 UDP multicast, 3 UDP and then TCP, 4 through
- * HTTP, 5 through HTTPS; with 5 an "http:" url is fetched by HTTPS as well. Others count as 0. window     where the
- * picture is drawn; the whole window, keeping no ratio. It must exist, else TP_ERROR_NO_WINDOW. Two streams may not
- * share a window. startTime, stopTime empty, or from the beginning of the source "90", "90.5", "00:01:30.5", or a date
- * "2026-05-01T10:00:00Z", "2026-05-01 10:00:00", "20260501T100000Z", "20260501100000" (with "Z" UTC, with "+02:00" so
- * far from it, else local time). A date counts from the creation time that the file tells; where it tells none, the
- * start time is its beginning. For RTSP a date goes to the server as "starttime=" and "endtime=" in the url, unless the
- *            url has them. Live sources are not cut.
+ *            of the picture, which also stands in 24 black and white cells along the top edge, highest bit first. No
+ *            other scheme is opened, nor does an opened source lead to one.
+ * auth       empty, "user:password", a JSON object with the texts "user" and "password", or a line
+ *            "Authorization: ..." (for RTSP only of the kind Basic). Goes before what stands in the url. Never logged.
+ * protocol   how RTSP travels: 0 TCP, 1 UDP, 2 UDP multicast, 3 UDP and then TCP, 4 through HTTP, 5 through HTTPS;
+ *            with 5 an "http:" url is fetched by HTTPS as well. Others count as 0.
+ * window     where the picture is drawn; the whole window, keeping no ratio. It must exist, else TP_ERROR_NO_WINDOW.
+ *            Two streams may not share a window.
+ * startTime, stopTime
+ *            empty, or from the beginning of the source "90", "90.5", "00:01:30.5", or a date
+ *            "2026-05-01T10:00:00Z", "2026-05-01 10:00:00", "20260501T100000Z", "20260501100000" (with "Z" UTC, with
+ *            "+02:00" so far from it, else local time). A date counts from the creation time that the file tells;
+ *            where it tells none, the start time is its beginning. For RTSP a date goes to the server as "starttime="
+ *            and "endtime=" in the url, unless the url has them. Live sources are not cut.
  * correctionType
  *            kept for the dewarping functions; the window shows the picture as it is.
  * transParam null or a _TP_TRANSPARAM. Accepted; what a transcoding server sends is settled by the url.
@@ -290,8 +303,10 @@ TIDE_PIPE_API int TP_SetDisplayRegion(int playId, int reserved, const struct _TP
 TIDE_PIPE_API int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user);
 
 /* Switches for what a device draws into or sends along with its pictures. They are kept with the stream; one without
- * such data shows none. selector   1 and 2 moving objects and rules, 4 position text, 8 picture text, 16 fire, 32
- * temperature part       of 16: 1 box, 2 highest temperature, 4 its place, 8 distance; of 32: 1 box, 2 line, 4 point
+ * such data shows none.
+ *
+ * selector   1 and 2 moving objects and rules, 4 position text, 8 picture text, 16 fire, 32 temperature
+ * part       of 16: 1 box, 2 highest temperature, 4 its place, 8 distance; of 32: 1 box, 2 line, 4 point
  * enable     0 off, else on */
 TIDE_PIPE_API int TP_EnableIVS(int playId, int selector, int enable);
 TIDE_PIPE_API int TP_RenderPrivateDataEx(int playId, int selector, int part, int enable);
@@ -396,11 +411,30 @@ TIDE_PIPE_API int TP_FEC_TestScan(int realPlayId, int viewId, float* x, float* y
 /* Writes what a view shows; BMP when `isBmp` is not 0, else JPEG. */
 TIDE_PIPE_API int TP_FEC_CapturePIC(int isBmp, int playId, int viewId, const char* path);
 
-/* Listens to the reports of a fisheye device. Returns a listener id. */
+/* Listens to the reports of a fisheye device. Returns a listener id at once, at least 1.
+ *
+ * url        http or https, else TP_ERROR_BAD_ARGUMENT. The request stays open and the device answers it with a line
+ *            of JSON a report, as long as it likes:
+ *                {"box": 3, "x": 0.4, "y": 0.5}      box 0 to 65535; x and y 0 to 1 of the fisheye picture
+ *                {"mode": 1}                         0 to 255
+ *            A line may say both; the mode is told first. Members of other names are passed over, as long as they are
+ *            no objects or arrays. Blank lines keep the line open. A line that says none of this, or is longer than
+ *            4096 bytes, is passed over.
+ * auth       as for TP_Play; basic and digest log-ins are answered. Never logged.
+ * extData    empty: the request is a GET. Else its body, sent by POST, as application/json where it begins like JSON,
+ *            application/xml where it begins like XML, else text/plain.
+ *
+ * A line that breaks, ends or brings no byte for TIDE_PIPE_HTTP_TIMEOUT (see transfers, where certificates and redirects
+ * stand as well) is opened again, after half a second at first and at most every 15 seconds, until TP_StopFishListener.
+ * A device that refuses the credential is not asked again. */
 TIDE_PIPE_API int TP_StartFishListener(const char* url, const char* auth, const char* extData);
+
+/* After it returns the function does not run for this listener, unless the call came from inside the function: then it
+ * may be under way, on this thread or on another listener's. TP_ERROR_NO_SUCH_ID. */
 TIDE_PIPE_API int TP_StopFishListener(int listenerId);
 
-/* The one function for the reports of all listeners; null takes it off. */
+/* The one function for the reports of all listeners; null takes it off. Reports without a function are dropped. After
+ * the call the one before does not run any more, with the same exception. */
 TIDE_PIPE_API int TP_SetFishMsgCallBack(TP_FishMsgFun fn);
 
 /* Turns the expanded picture of an eagle-eye stream. */
