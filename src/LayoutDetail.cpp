@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include <utility>
 
@@ -18,6 +19,16 @@ namespace quillmark::lumen_deck {
 namespace {
 
 const QColor kUnselectedFrame(23, 28, 32, 255);
+
+// The host may delete the wall when it is told of the event. An accepted event goes no further; Qt would hand it to the
+// parent of the widget that is gone.
+template <class Emission> void tell(QWidget* widget, QEvent* event, Emission emission)
+{
+    const QPointer<QWidget> alive = widget;
+    emission();
+    if (!alive)
+        event->accept();
+}
 
 QRect fillCell(QSize cell)
 {
@@ -108,14 +119,14 @@ QPaintEngine* PlayWindow::paintEngine() const
 
 void PlayWindow::mousePressEvent(QMouseEvent* event)
 {
-    emit sigMousePress(event);
     QWidget::mousePressEvent(event);
+    tell(this, event, [&] { emit sigMousePress(event); });
 }
 
 void PlayWindow::mouseReleaseEvent(QMouseEvent* event)
 {
-    emit sigMouseRelease(event);
     QWidget::mouseReleaseEvent(event);
+    tell(this, event, [&] { emit sigMouseRelease(event); });
 }
 
 // Other buttons end here: the cell sees left double clicks only.
@@ -123,20 +134,20 @@ void PlayWindow::mouseDoubleClickEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    emit sigMouseDoubleClick(event);
     QWidget::mouseDoubleClickEvent(event);
+    tell(this, event, [&] { emit sigMouseDoubleClick(event); });
 }
 
 void PlayWindow::mouseMoveEvent(QMouseEvent* event)
 {
-    emit sigMouseMove(event);
     QWidget::mouseMoveEvent(event);
+    tell(this, event, [&] { emit sigMouseMove(event); });
 }
 
 void PlayWindow::wheelEvent(QWheelEvent* event)
 {
-    emit sigWheel(event);
     QWidget::wheelEvent(event);
+    tell(this, event, [&] { emit sigWheel(event); });
 }
 
 void PlayWindow::paintEvent(QPaintEvent* event)
@@ -214,7 +225,7 @@ void CellWidget::mousePressEvent(QMouseEvent* event)
     QWidget::mousePressEvent(event);
     pressed_ = true;
     lastPosition_ = event->globalPos();
-    emit sigMousePress(event, this);
+    tell(this, event, [&] { emit sigMousePress(event, this); });
 }
 
 void CellWidget::mouseMoveEvent(QMouseEvent* event)
@@ -225,7 +236,7 @@ void CellWidget::mouseMoveEvent(QMouseEvent* event)
         return;
     const QPointF way = event->globalPos() - std::exchange(lastPosition_, event->globalPos());
     QPointF delta(way.x() / mainWidget->width(), way.y() / mainWidget->height());
-    emit sigMousedrag(&delta, this);
+    tell(this, event, [&] { emit sigMousedrag(&delta, this); });
 }
 
 void CellWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -234,10 +245,10 @@ void CellWidget::mouseReleaseEvent(QMouseEvent* event)
     pressed_ = false;
 }
 
-void CellWidget::mouseDoubleClickEvent(QMouseEvent* /*event*/)
+void CellWidget::mouseDoubleClickEvent(QMouseEvent* event)
 {
     const QJsonDocument document(QJsonObject{{"wndIndex", index()}});
-    callCallback(LD_EVENT_DOUBLE_CLICKED, parentWidget(), &document);
+    tell(this, event, [&] { callCallback(LD_EVENT_DOUBLE_CLICKED, parentWidget(), &document); });
 }
 
 void CellWidget::paintEvent(QPaintEvent* /*event*/)

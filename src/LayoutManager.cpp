@@ -19,6 +19,8 @@ namespace {
 
 constexpr int kLargestSpan = 16;
 constexpr unsigned kLargestIndex = 15; // that a reference can name
+// Each cell is two windows of the X server, and Qt's time for them grows with the square of their number.
+constexpr int kMostCells = 1024;
 
 bool isRatioMode(int mode)
 {
@@ -141,6 +143,10 @@ std::pair<std::shared_ptr<ErrorBase>, std::shared_ptr<Cell>> construct_layout_ce
 
 std::pair<std::shared_ptr<ErrorBase>, std::shared_ptr<QList<Cell>>> construct_layout_table(const QJsonArray& array)
 {
+    if (array.size() > kMostCells)
+        return {constructJsonError(QString("error setting layout, more than %1 cells").arg(kMostCells),
+                                   QJsonObject{{"cells", array.size()}}, LUMEN_HERE),
+                nullptr};
     auto table = std::make_shared<QList<Cell>>();
     for (int i = 0; i < array.size(); ++i) {
         if (!array[i].isObject())

@@ -166,7 +166,7 @@ LUMEN_DECK_API int LD_WndResolutionChange(const QWidget* window);
  *
  * Queued. */
 
-/* Sets the windows of the wall: an array of cells, or an object with that array under `windows`.
+/* Sets the windows of the wall: an array of at most 1024 cells, or an object with that array under `windows`.
  * in, for each cell, all optional:
  *     left, top         number, 0           where, in fractions of the main widget; no limits, cells may overlap
  *     width, height     number, 0           how large, in the same way
@@ -184,7 +184,8 @@ LUMEN_DECK_API int LD_WndResolutionChange(const QWidget* window);
  * go on playing. The first window becomes the selected one. The main widget becomes one pixel wider, which lays out all
  * cells; give it its size back if it matters.
  * errors: 500 "error setting layout, layout json document should be an array", "error setting layout, layout should be
- *         a one-demension array of object describing the layout", or of the first bad key
+ *         a one-demension array of object describing the layout", "error setting layout, more than 1024 cells", or
+ *         of the first bad key
  *         501 the main widget has a layout of another class */
 LUMEN_DECK_API QJsonDocument* LD_SetLayout(QWidget* mainWindow, const QJsonDocument* args);
 

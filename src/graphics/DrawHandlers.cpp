@@ -13,6 +13,8 @@
 
 #include <QWidget>
 
+#include <tuple>
+
 namespace quillmark::lumen_deck::detail {
 namespace {
 
@@ -160,8 +162,8 @@ template <class Chain, class Tool> void finishChain(GraphicsView* view)
 {
     const auto tool = toolOf<Tool>(view);
     const auto chain = endChain<Chain>(view);
-    reportFinished(view, chain, *tool);
-    settleChain(view, tool, chain);
+    if (reportFinished(view, chain, *tool))
+        settleChain(view, tool, chain);
 }
 
 // A right click ends a chain that has more points than it needs: the rubber band does not count. A finished chain that
@@ -222,8 +224,7 @@ void onLButtonUpToolRectangleGraphicsRectangle(GraphicsView* view, QMouseEvent* 
     if (!drawing)
         return;
     markFinished(view, rectangle);
-    reportFinished(view, rectangle, *tool);
-    if (!removeTemporary(view, rectangle) && !tool->redraw)
+    if (reportFinished(view, rectangle, *tool) && !removeTemporary(view, rectangle) && !tool->redraw)
         dropServedTool(view, tool, rectangle);
 }
 
@@ -247,8 +248,7 @@ void onLButtonDownToolLineGraphicsLine(GraphicsView* view, QMouseEvent* event)
     view->current_selected_graphics_.reset();
     markFinished(view, line);
     followPointer(view, false);
-    reportFinished(view, line, *tool);
-    if (!removeTemporary(view, line))
+    if (reportFinished(view, line, *tool) && !removeTemporary(view, line))
         dropServedTool(view, tool, line);
 }
 
@@ -276,7 +276,7 @@ void onLButtonDownToolPointGraphicsEmpty(GraphicsView* view, QMouseEvent* event)
     }
     followPointer(view, true);
     if (tool->callbackMode)
-        reportShape(view, point);
+        std::ignore = reportShape(view, point);
 }
 
 void onLButtonDownToolPointGraphicsPoint(GraphicsView* view, QMouseEvent* event)
@@ -305,7 +305,7 @@ void onLButtonUpToolPointGraphicsPoint(GraphicsView* view, QMouseEvent* event)
     }
     normalise(view, event);
     if (toolOf<ToolPoint>(view)->callbackMode)
-        reportShape(view, point);
+        std::ignore = reportShape(view, point);
 }
 
 void onLButtonDownToolPolygonGraphicsEmpty(GraphicsView* view, QMouseEvent* event)
@@ -347,8 +347,8 @@ void onLButtonDownToolBreaklineGraphicsBreakline(GraphicsView* view, QMouseEvent
     if (addVertex(view, *shapeOf<GraphicsBreakline>(view), *tool))
         return;
     const auto chain = endChain<GraphicsBreakline>(view);
-    if (tool->callbackMode)
-        reportShape(view, chain);
+    if (tool->callbackMode && !reportShape(view, chain))
+        return;
     settleChain(view, tool, chain);
     if (tool->maxShapeSupport <= static_cast<long long>(view->getGraphics(GraphicsBase::Breakline).size()))
         dropTool(view, tool);

@@ -4,6 +4,7 @@
 #include "src/graphics/MouseDispatch.h"
 
 #include <QJsonDocument>
+#include <QPointer>
 
 namespace quillmark::lumen_deck::detail {
 namespace {
@@ -30,17 +31,18 @@ Words wordsOf(GraphicsBase::GraphicsType type)
     }
 }
 
-void send(const GraphicsView* view, LD_EventType type, const QJsonObject& object)
+bool send(GraphicsView* view, LD_EventType type, const QJsonObject& object)
 {
+    const QPointer<GraphicsView> alive = view;
     const QJsonDocument document(object);
     if (QWidget* const mainWindow = mainWindowOf(view))
         callCallback(type, mainWindow, &document);
+    return alive;
 }
 
-void sendId(const GraphicsView* view, LD_EventType type, const char* event, const char* word, int id)
+bool sendId(GraphicsView* view, LD_EventType type, const char* event, const char* word, int id)
 {
-    if (word)
-        send(view, type, {{"id", id}, {"event", event}, {"type", word}});
+    return !word || send(view, type, {{"id", id}, {"event", event}, {"type", word}});
 }
 
 QJsonObject jsonOf(const GraphicsView* view, const GraphicsView::Shape& shape)
@@ -51,22 +53,21 @@ QJsonObject jsonOf(const GraphicsView* view, const GraphicsView::Shape& shape)
 
 } // namespace
 
-void reportShape(const GraphicsView* view, const GraphicsView::Shape& shape)
+bool reportShape(GraphicsView* view, const GraphicsView::Shape& shape)
 {
-    send(view, LD_EVENT_SHAPE_FINISHED, jsonOf(view, shape));
+    return send(view, LD_EVENT_SHAPE_FINISHED, jsonOf(view, shape));
 }
 
-void reportFinished(const GraphicsView* view, const GraphicsView::Shape& shape, const DrawSettings& settings)
+bool reportFinished(GraphicsView* view, const GraphicsView::Shape& shape, const DrawSettings& settings)
 {
-    if (settings.callbackMode)
-        reportShape(view, shape);
-    else
-        sendId(view, LD_EVENT_DRAWING_ENDED, "drawEnd", wordsOf(shape->type()).drawn, shape->id);
+    return settings.callbackMode
+               ? reportShape(view, shape)
+               : sendId(view, LD_EVENT_DRAWING_ENDED, "drawEnd", wordsOf(shape->type()).drawn, shape->id);
 }
 
-void reportChosen(const GraphicsView* view, const GraphicsView::Shape& shape)
+bool reportChosen(GraphicsView* view, const GraphicsView::Shape& shape)
 {
-    sendId(view, LD_EVENT_SHAPE_CHOSEN, "choosed", wordsOf(shape->type()).chosen, shape->id);
+    return sendId(view, LD_EVENT_SHAPE_CHOSEN, "choosed", wordsOf(shape->type()).chosen, shape->id);
 }
 
 } // namespace quillmark::lumen_deck::detail

@@ -6,6 +6,7 @@
 #include "src/graphics/MouseReport.h"
 
 #include <QMouseEvent>
+#include <QPointer>
 #include <QWidget>
 
 #include <algorithm>
@@ -107,11 +108,14 @@ void reportMouse(const GraphicsView* view, const QMouseEvent* event)
         mouseEventCallback(mainWindow, static_cast<GraphicsView::MouseEvent>(kind), event, nullptr);
 }
 
-// The handler may drop the tool while it works with it: it has a reference of its own.
-void handle(GraphicsView* view, QMouseEvent* event)
+// The handler may drop the tool while it works with it: it has a reference of its own. Answers whether the view is still
+// there, for the host may delete the wall when it is told of a drawing.
+bool handle(GraphicsView* view, QMouseEvent* event)
 {
+    const QPointer<GraphicsView> alive = view;
     const std::shared_ptr<ToolBase> tool = view->current_tool_;
     getMessageHandler(event, view->current_selected_graphics_, tool)(view, event);
+    return alive;
 }
 
 } // namespace
@@ -188,28 +192,28 @@ void onLButtonUpToolAnyGraphicsAny(GraphicsView* view, QMouseEvent* event)
 
 void GraphicsView::onMousePressEvent(QMouseEvent* event)
 {
-    handle(this, event);
-    if (current_selected_graphics_ && current_selected_graphics_->selected)
-        reportChosen(this, current_selected_graphics_);
-    reportMouse(this, event);
+    const bool goesOn = handle(this, event) && (!current_selected_graphics_ || !current_selected_graphics_->selected ||
+                                                reportChosen(this, current_selected_graphics_));
+    if (goesOn)
+        reportMouse(this, event);
 }
 
 void GraphicsView::onMouseMoveEvent(QMouseEvent* event)
 {
-    handle(this, event);
-    reportMouse(this, event);
+    if (handle(this, event))
+        reportMouse(this, event);
 }
 
 void GraphicsView::onMouseReleaseEvent(QMouseEvent* event)
 {
-    handle(this, event);
-    reportMouse(this, event);
+    if (handle(this, event))
+        reportMouse(this, event);
 }
 
 void GraphicsView::onMouseDoubleClickEvent(QMouseEvent* event)
 {
-    handle(this, event);
-    reportMouse(this, event);
+    if (handle(this, event))
+        reportMouse(this, event);
 }
 
 } // namespace quillmark::lumen_deck::detail

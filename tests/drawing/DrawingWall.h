@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QJsonArray>
 #include <QMouseEvent>
+#include <QPointer>
 
 #include <utility>
 
@@ -20,11 +21,7 @@ protected:
     void SetUp() override
     {
         WallTest::SetUp();
-        arrange(R"({"type":1})");
-        main().resize(1002, 502);
-        main().show();
-        QApplication::processEvents();
-        window_ = quillmark::lumen_deck::Layout(&main()).getPlayWindow(QVariant(0));
+        open(1, 0);
         ASSERT_EQ(window_->size(), QSize(1000, 500));
         heard().clear();
         for (const LD_EventType type : kTypes)
@@ -40,6 +37,16 @@ protected:
         WallTest::TearDown();
     }
 
+    // Shows so many windows each way, and draws in one of them.
+    void open(int windows, int index)
+    {
+        arrange(R"({"type":)" + QByteArray::number(windows) + "}");
+        main().resize(1002, 502);
+        main().show();
+        QApplication::processEvents();
+        window_ = quillmark::lumen_deck::Layout(&main()).getPlayWindow(QVariant(index));
+    }
+
     quillmark::lumen_deck::IPlayWindow* window() const { return window_; }
     quillmark::lumen_deck::detail::GraphicsView& view() const
     {
@@ -50,7 +57,8 @@ protected:
     {
         QMouseEvent event(type, at, button, held, Qt::NoModifier);
         event.setTimestamp(time_ += 1000);
-        QApplication::sendEvent(window_, &event);
+        if (window_)
+            QApplication::sendEvent(window_, &event);
     }
     void press(QPoint at, Qt::MouseButton button = Qt::LeftButton)
     {
@@ -111,7 +119,7 @@ protected:
 private:
     static constexpr LD_EventType kTypes[] = {LD_EVENT_SHAPE_FINISHED, LD_EVENT_MOUSE, LD_EVENT_SHAPE_CHOSEN,
                                               LD_EVENT_DRAWING_ENDED};
-    quillmark::lumen_deck::IPlayWindow* window_ = nullptr;
+    QPointer<quillmark::lumen_deck::IPlayWindow> window_;
     unsigned long time_ = 0;
 };
 

@@ -159,6 +159,8 @@ TEST_F(LayoutTest, BadDocumentsChangeNothing)
     EXPECT_EQ(layout().setLayout(QJsonDocument())->toJson()["errorMessage"].toString().toStdString(), notAnArray);
     EXPECT_EQ(wall::take(LD_SetLayout(&main(), nullptr)).message(), notAnArray);
     EXPECT_EQ(set(R"([{"wndIndex":3},{"width":"x"}])").code(), 500);
+    EXPECT_EQ(set("[" + QByteArray("{},").repeated(1024) + "{}]").message(),
+              "error setting layout, more than 1024 cells");
     EXPECT_EQ(cells(), old);
     EXPECT_TRUE(old[1]->isSelected());
     EXPECT_EQ(main().width(), width);

@@ -102,6 +102,11 @@ protected:
 
     QWidget& main() { return *main_; }
     void destroyMain() { main_.reset(); }
+    void remakeMain()
+    {
+        main_ = std::make_unique<QWidget>();
+        take(LD_Initialize(&main()));
+    }
 
     Answer ask(WithWidget function, const QByteArray& request)
     {
