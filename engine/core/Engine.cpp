@@ -28,13 +28,14 @@ Failure Engine::play(StreamOptions options, int& playId)
     const int id = newId();
     const TP_WId window = options.window;
     options.bufferFrames = displayBuffer_;
+    const auto eagleEye = options.eagleEye ? std::make_shared<EagleEye>(options.eagleEye->isFlat) : nullptr;
     auto stream = std::make_shared<Stream>(id, std::move(options),
                                            StreamLinks{&notifier_, mixer_.makeVoice(), [this] { presenter_.wake(); }});
-    if (!presenter_.add(id, window, stream))
+    if (!presenter_.add(id, window, stream, eagleEye))
         return Failure::NoWindow;
     stopAtExit();
     notifier_.open(id);
-    const Failure failure = enter(stream);
+    const Failure failure = enter({std::move(stream), std::make_shared<FisheyeViews>(), eagleEye});
     if (failure == Failure::None) {
         playId = id;
     } else {
@@ -45,32 +46,109 @@ Failure Engine::play(StreamOptions options, int& playId)
 }
 
 // The stream starts under the lock, so that nobody stops one that has not started.
-Failure Engine::enter(const std::shared_ptr<Stream>& stream)
+Failure Engine::enter(Playing playing)
 {
     std::vector<std::shared_ptr<Stream>> finished; // joined without the lock
     std::lock_guard lock(mutex_);
     if (leaving_)
         return Failure::WrongState;
     finished = takeFinished();
-    if (!stream->start())
+    if (!playing.stream->start())
         return Failure::OutOfMemory;
-    streams_[stream->id()] = stream;
+    const int id = playing.stream->id();
+    streams_[id] = std::move(playing);
     return Failure::None;
 }
 
-std::shared_ptr<Stream> Engine::findStream(int playId) const
+Failure Engine::playView(int playId, TP_WId window, PlaceType place, CorrectType correct, const ViewParam& param,
+                         int& viewId)
 {
-    std::lock_guard lock(mutex_);
+    const auto views = findViews(playId);
+    const auto stream = findStream(playId);
+    if (!views || !stream)
+        return Failure::NoSuchId;
+    if (window == 0)
+        return Failure::NoWindow;
+    const int id = newId();
+    Failure failure = Failure::NoWindow;
+    if (presenter_.add(id, window, stream, views->add(id, place, correct, param)))
+        failure = enterView(id, {playId, window});
+    if (failure == Failure::None) {
+        viewId = id;
+    } else {
+        presenter_.remove(id);
+        views->remove(id);
+    }
+    return failure;
+}
+
+// The stream may have been stopped while its view was made.
+Failure Engine::enterView(int viewId, const View& view)
+{
+    const std::lock_guard lock(mutex_);
+    if (streams_.count(view.playId) == 0)
+        return Failure::NoSuchId;
+    views_[viewId] = view;
+    notifier_.follow(viewId, view.playId);
+    return Failure::None;
+}
+
+const Engine::Playing* Engine::find(int id) const
+{
+    const auto view = views_.find(id);
+    const auto found = streams_.find(view == views_.end() ? id : view->second.playId);
+    return found == streams_.end() ? nullptr : &found->second;
+}
+
+std::shared_ptr<Stream> Engine::findStream(int id) const
+{
+    const std::lock_guard lock(mutex_);
+    const Playing* playing = find(id);
+    return playing ? playing->stream : nullptr;
+}
+
+int Engine::streamOf(int id) const
+{
+    const std::lock_guard lock(mutex_);
+    const auto view = views_.find(id);
+    return view == views_.end() ? id : view->second.playId;
+}
+
+TP_WId Engine::windowOf(int id) const
+{
+    const std::lock_guard lock(mutex_);
+    const auto view = views_.find(id);
+    if (view != views_.end())
+        return view->second.window;
+    const Playing* playing = find(id);
+    return playing ? playing->stream->options().window : 0;
+}
+
+std::shared_ptr<FisheyeViews> Engine::findViews(int playId) const
+{
+    const std::lock_guard lock(mutex_);
     const auto found = streams_.find(playId);
-    return found == streams_.end() ? nullptr : found->second;
+    return found == streams_.end() ? nullptr : found->second.views;
+}
+
+std::shared_ptr<FisheyeViews> Engine::findViews(int playId, int viewId) const
+{
+    return streamOf(viewId) == playId && viewId != playId ? findViews(playId) : nullptr;
+}
+
+std::shared_ptr<EagleEye> Engine::findEagleEye(int playId) const
+{
+    const std::lock_guard lock(mutex_);
+    const auto found = streams_.find(playId);
+    return found == streams_.end() ? nullptr : found->second.eagleEye;
 }
 
 Failure Engine::record(int playId, const std::string& path)
 {
     const std::shared_ptr<Stream> stream = findStream(playId);
     const Failure failure = stream ? recordings_.start(stream, path) : Failure::NoSuchId;
-    if (failure == Failure::None && !findStream(playId)) // stopped meanwhile
-        recordings_.stop(playId);
+    if (failure == Failure::None && !findStream(stream->id())) // stopped meanwhile
+        recordings_.stop(stream->id());
     return failure;
 }
 
@@ -80,11 +158,15 @@ bool Engine::stop(int playId)
     {
         std::lock_guard lock(mutex_);
         const auto found = streams_.find(playId);
-        if (found == streams_.end())
-            return false;
-        stream = std::move(found->second);
-        streams_.erase(found);
+        if (found != streams_.end()) {
+            stream = std::move(found->second.stream);
+            streams_.erase(found); // no view enters any more
+        }
     }
+    if (!stream)
+        return stopView(playId);
+    for (const int viewId : viewsOf(playId))
+        stopView(viewId);
     presenter_.remove(playId);
     notifier_.close(playId);
     stream->stop();
@@ -92,6 +174,35 @@ bool Engine::stop(int playId)
     mixer_.close(stream->voice());
     retire(std::move(stream));
     return true;
+}
+
+bool Engine::stopView(int viewId)
+{
+    std::shared_ptr<FisheyeViews> views;
+    {
+        const std::lock_guard lock(mutex_);
+        const Playing* playing = find(viewId);
+        if (playing)
+            views = playing->views;
+        if (views_.erase(viewId) == 0)
+            return false;
+    }
+    presenter_.remove(viewId);
+    notifier_.close(viewId);
+    if (views)
+        views->remove(viewId);
+    return true;
+}
+
+std::vector<int> Engine::viewsOf(int playId) const
+{
+    const std::lock_guard lock(mutex_);
+    std::vector<int> ids;
+    for (const auto& [id, view] : views_) {
+        if (view.playId == playId)
+            ids.push_back(id);
+    }
+    return ids;
 }
 
 // A stopped stream may still wait for the network for a moment. It is put aside, so that nobody else has to wait.
@@ -126,7 +237,7 @@ void Engine::stopAll()
     {
         std::lock_guard lock(mutex_);
         leaving_ = true;
-        for (const auto& [id, stream] : streams_)
+        for (const auto& [id, playing] : streams_)
             ids.push_back(id);
     }
     for (const int id : ids)

@@ -2,6 +2,8 @@
 
 #include "engine/core/Notifier.h"
 #include "engine/present/Presenter.h"
+#include "engine/present/fisheye/EagleEye.h"
+#include "engine/present/fisheye/FisheyeViews.h"
 #include "engine/record/Recordings.h"
 #include "engine/sound/Mixer.h"
 #include "engine/stream/Stream.h"
@@ -34,10 +36,22 @@ public:
 
     // Makes the stream, shows it in its window and sets it going.
     Failure play(StreamOptions options, int& playId);
-    std::shared_ptr<Stream> findStream(int playId) const;
+    // Shows a dewarped view of the stream in a window of its own. It ends with the stream at the latest.
+    Failure playView(int playId, TP_WId window, PlaceType place, CorrectType correct, const ViewParam& param,
+                     int& viewId);
 
-    // After it returns no draw hook of the stream runs and no message of it is begun. False for an unknown id.
-    bool stop(int playId);
+    // Of a view its stream. Null for an unknown id.
+    std::shared_ptr<Stream> findStream(int id) const;
+    int streamOf(int id) const;    // of a view its stream; others are answered as they are
+    TP_WId windowOf(int id) const; // 0 for an unknown id
+
+    std::shared_ptr<FisheyeViews> findViews(int playId) const;             // of a stream; null for other ids
+    std::shared_ptr<FisheyeViews> findViews(int playId, int viewId) const; // null unless the view is of the stream
+    std::shared_ptr<EagleEye> findEagleEye(int playId) const;              // null when the stream was played without
+
+    // After it returns no draw hook of the stream or the view runs and no message of it is begun. Of a stream it ends
+    // the views as well. False for an unknown id.
+    bool stop(int id);
 
     // Starts to record the stream; it ends with it at the latest.
     Failure record(int playId, const std::string& path);
@@ -48,7 +62,23 @@ public:
 private:
     Engine();
 
-    Failure enter(const std::shared_ptr<Stream>& stream);
+    struct Playing
+    {
+        std::shared_ptr<Stream> stream;
+        std::shared_ptr<FisheyeViews> views;
+        std::shared_ptr<EagleEye> eagleEye;
+    };
+    struct View
+    {
+        int playId;
+        TP_WId window;
+    };
+
+    Failure enter(Playing playing);
+    Failure enterView(int viewId, const View& view);
+    const Playing* find(int id) const; // mutex_ is held; of a view its stream
+    bool stopView(int viewId);
+    std::vector<int> viewsOf(int playId) const;
     std::vector<std::shared_ptr<Stream>> takeFinished();
     void stopAtExit();
     void stopAll();
@@ -62,7 +92,8 @@ private:
     Presenter presenter_;
 
     mutable std::mutex mutex_; // guards all below
-    std::unordered_map<int, std::shared_ptr<Stream>> streams_;
+    std::unordered_map<int, Playing> streams_;
+    std::unordered_map<int, View> views_;
     std::vector<std::shared_ptr<Stream>> retired_; // stopped; their threads may still be on the way out of the network
     bool leaving_ = false;                         // the process exits: nothing is started any more
 };

@@ -43,16 +43,37 @@ void Notifier::close(int id)
     std::deque<Item> dropped; // destroyed without the lock
     std::lock_guard lock(mutex_);
     openIds_.erase(id);
+    followed_.erase(id);
     const auto gone =
         std::stable_partition(queue_.begin(), queue_.end(), [id](const Item& item) { return item.id != id; });
     std::move(gone, queue_.end(), std::back_inserter(dropped));
     queue_.erase(gone, queue_.end());
 }
 
+void Notifier::follow(int id, int other)
+{
+    std::lock_guard lock(mutex_);
+    openIds_.insert(id);
+    followed_[id] = other;
+}
+
 void Notifier::message(int id, TP_Message what)
 {
-    post(
-        id, [this, id, what] { deliverMessage(id, what); }, kMessageLimit);
+    for (const int to : withFollowers(id)) {
+        post(
+            to, [this, to, what] { deliverMessage(to, what); }, kMessageLimit);
+    }
+}
+
+std::vector<int> Notifier::withFollowers(int id)
+{
+    std::vector<int> ids{id};
+    std::lock_guard lock(mutex_);
+    for (const auto& [follower, other] : followed_) {
+        if (other == id)
+            ids.push_back(follower);
+    }
+    return ids;
 }
 
 void Notifier::data(int id, std::function<void()> delivery)

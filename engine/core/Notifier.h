@@ -5,9 +5,11 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <thread>
 #include <unordered_set>
+#include <vector>
 
 namespace tide {
 
@@ -28,6 +30,9 @@ public:
     void open(int id);
     void close(int id);
 
+    // `id` is opened and gets what is posted as a message to `other` as well.
+    void follow(int id, int other);
+
     void message(int id, TP_Message what);
     void data(int id, std::function<void()> delivery); // dropped when the host is far behind
 
@@ -39,6 +44,7 @@ private:
     };
 
     void post(int id, std::function<void()> deliver, std::size_t limit);
+    std::vector<int> withFollowers(int id);
     void startThread(); // mutex_ is held
     void deliverMessage(int id, TP_Message what);
     void run();
@@ -47,6 +53,7 @@ private:
     std::condition_variable wake_;
     std::deque<Item> queue_;
     std::unordered_set<int> openIds_;
+    std::map<int, int> followed_; // by follower
     TP_MessageHandler handler_ = nullptr;
     void* user_ = nullptr;
     bool quit_ = false;

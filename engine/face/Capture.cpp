@@ -1,4 +1,5 @@
 #include "engine/face/WithStream.h"
+#include "engine/present/fisheye/WarpedPicture.h"
 #include "engine/record/Snapshot.h"
 #include "include/tide_pipe/tide_pipe.h"
 
@@ -21,14 +22,25 @@ bool isPath(const char* path)
     return path && *path;
 }
 
-int capture(int playId, PictureFile kind, const char* path)
+// Of a view it is what the view shows.
+Failure save(int id, const Stream& stream, PictureFile kind, const char* path)
+{
+    const tide::PicturePtr picture = stream.current();
+    if (!picture)
+        return Failure::NoPicture;
+    const auto views = Engine::instance().findViews(stream.id(), id);
+    const auto shown = views ? views->shown(id) : std::nullopt;
+    if (!shown)
+        return saveSnapshot(*picture->frame, kind, path);
+    const tide::FramePtr frame = tide::warpedPicture(*picture->frame, shown->first, shown->second);
+    return frame ? saveSnapshot(*frame, kind, path) : Failure::NoPicture;
+}
+
+int capture(int id, PictureFile kind, const char* path)
 {
     if (!isPath(path))
         return fail(Failure::BadArgument);
-    return withStream(playId, [&](const Stream& stream) {
-        const tide::PicturePtr picture = stream.current();
-        return picture ? saveSnapshot(*picture->frame, kind, path) : Failure::NoPicture;
-    });
+    return withStream(id, [&](const Stream& stream) { return save(id, stream, kind, path); });
 }
 
 _TP_OSDTIME toLocal(std::chrono::system_clock::time_point time)
@@ -49,6 +61,13 @@ int TP_JPEGCapture(int playId, const char* path)
 int TP_BMPCapture(int playId, const char* path)
 {
     return capture(playId, PictureFile::Bmp, path);
+}
+
+int TP_FEC_CapturePIC(int isBmp, int playId, int viewId, const char* path)
+{
+    if (!Engine::instance().findViews(playId, viewId))
+        return fail(Failure::NoSuchId);
+    return capture(viewId, isBmp != 0 ? PictureFile::Bmp : PictureFile::Jpeg, path);
 }
 
 int TP_GetOSDTime(int playId, _TP_OSDTIME* time)
@@ -74,17 +93,20 @@ int TP_StartSave(int playId, const char* path, int)
 
 int TP_StopSave(int playId)
 {
-    return answer(Engine::instance().recordings().stop(playId));
+    return answer(Engine::instance().recordings().stop(Engine::instance().streamOf(playId)));
 }
 
 int TP_SwitchFile(int playId, const char* path)
 {
-    return isPath(path) ? answer(Engine::instance().recordings().switchFile(playId, path)) : fail(Failure::BadArgument);
+    Engine& engine = Engine::instance();
+    return isPath(path) ? answer(engine.recordings().switchFile(engine.streamOf(playId), path))
+                        : fail(Failure::BadArgument);
 }
 
 // The host compares signed 32-bit numbers; sizes beyond them are "more than any limit".
 int TP_GetRecordFileSize(int playId)
 {
-    const auto size = Engine::instance().recordings().size(playId);
+    Engine& engine = Engine::instance();
+    const auto size = engine.recordings().size(engine.streamOf(playId));
     return size ? static_cast<int>(std::min<std::int64_t>(*size, INT_MAX)) : fail(Failure::WrongState);
 }

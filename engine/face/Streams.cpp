@@ -2,6 +2,8 @@
 #include "include/tide_pipe/tide_pipe.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <string>
 
 using tide::Engine;
@@ -33,31 +35,44 @@ bool isInside(const _TP_REGION& region, const tide::PictureSize& size)
            region.right <= size.width && region.bottom <= size.height;
 }
 
-Failure setRegion(const Stream& stream, std::optional<tide::Region> region)
+Failure setRegion(int id, std::optional<tide::Region> region)
 {
-    return Engine::instance().presenter().setRegion(stream.id(), region) ? Failure::None : Failure::NoSuchId;
+    return Engine::instance().presenter().setRegion(id, region) ? Failure::None : Failure::NoSuchId;
 }
 
-Failure setRegion(const Stream& stream, const _TP_REGION* region, TP_WId window, int enable)
+Failure setRegion(int id, const Stream& stream, const _TP_REGION* region, TP_WId window, int enable)
 {
-    if (window != 0 && window != stream.options().window)
+    if (window != 0 && window != Engine::instance().windowOf(id))
         return Failure::NoWindow;
     if (!region || enable == 0)
-        return setRegion(stream, std::nullopt);
+        return setRegion(id, std::nullopt);
     const auto size = stream.pictureSize();
     if (!size)
         return Failure::NoPicture;
     if (!isInside(*region, *size))
         return Failure::BadArgument;
-    return setRegion(stream, tide::Region{region->left, region->top, region->right, region->bottom});
+    return setRegion(id, tide::Region{region->left, region->top, region->right, region->bottom});
 }
 
-Failure setHook(const Stream& stream, TP_DrawFun function, void* user)
+Failure setHook(int id, TP_DrawFun function, void* user)
 {
     tide::DrawHook hook;
     if (function)
-        hook = [id = stream.id(), function, user](void* drawContext) { function(id, drawContext, user); };
-    return Engine::instance().presenter().setHook(stream.id(), std::move(hook)) ? Failure::None : Failure::NoSuchId;
+        hook = [id, function, user](void* drawContext) { function(id, drawContext, user); };
+    return Engine::instance().presenter().setHook(id, std::move(hook)) ? Failure::None : Failure::NoSuchId;
+}
+
+// The flag is a byte that a host has filled in; any other value than 0 counts.
+std::optional<tide::EagleEyeOptions> eagleEyeOf(const void* block)
+{
+    _TP_EAGLEEYEPARAM param{};
+    unsigned char flag = 0;
+    if (block) {
+        std::memcpy(&flag, block, 1);
+        std::memcpy(&param.expandType, static_cast<const char*>(block) + offsetof(_TP_EAGLEEYEPARAM, expandType),
+                    sizeof(param.expandType));
+    }
+    return flag != 0 ? std::optional(tide::EagleEyeOptions{param.expandType == 1}) : std::nullopt;
 }
 
 } // namespace
@@ -71,7 +86,7 @@ int TP_SetDisplayBuf(int frames)
 // What a transcoding server is asked for stands in the url; playGroup has no meaning for streams that play each by
 // itself.
 int TP_Play(const char* url, const char* auth, int protocol, TP_WId window, const char* startTime, const char* stopTime,
-            int correctionType, const void*, const void*, int)
+            int correctionType, const void*, const void* eagleEye, int)
 {
     tide::StreamOptions options;
     options.url = textOf(url);
@@ -81,6 +96,7 @@ int TP_Play(const char* url, const char* auth, int protocol, TP_WId window, cons
     options.startTime = textOf(startTime);
     options.stopTime = textOf(stopTime);
     options.correctionType = correctionType;
+    options.eagleEye = eagleEyeOf(eagleEye);
     return play(std::move(options));
 }
 
@@ -156,12 +172,12 @@ int TP_SetReconnectInfo(int playId, const char* auth)
 
 int TP_SetDisplayRegion(int playId, int, const _TP_REGION* region, TP_WId window, int enable)
 {
-    return withStream(playId, [&](const Stream& stream) { return setRegion(stream, region, window, enable); });
+    return withStream(playId, [&](const Stream& stream) { return setRegion(playId, stream, region, window, enable); });
 }
 
 int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user)
 {
-    return withStream(playId, [&](const Stream& stream) { return setHook(stream, fn, user); });
+    return withStream(playId, [&](const Stream&) { return setHook(playId, fn, user); });
 }
 
 int TP_EnableIVS(int playId, int selector, int enable)

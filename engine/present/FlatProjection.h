@@ -1,33 +1,18 @@
 #pragma once
 
-#include "engine/present/FrameTexture.h"
-#include "engine/present/Presenter.h"
-
-#include <array>
+#include "engine/present/PictureShader.h"
 
 namespace tide {
 
-// Fills the viewport with a part of a stream's picture. A projection is what brings the uploaded planes into a window:
-// each kind has its shaders here, made at first use, and its parameters in the view. Render thread, context current.
+// Fills the viewport with a part of a stream's picture, as it is. A projection is what brings the uploaded planes into
+// a window; where they are bent on the way it is the WarpProjection. Render thread, context current.
 class FlatProjection
 {
 public:
-    void draw(const FrameTexture& picture, const std::optional<Region>& part);
+    void draw(const FrameTexture& picture, const Part& part);
 
 private:
-    struct Shader
-    {
-        GlProgram program;
-        GLint matrix = -1;
-        GLint offset = -1;
-        GLint chromaSize = -1;
-        bool built = false;
-    };
-
-    static void setColours(const Shader& shader, const FrameTexture& picture);
-    static bool build(Shader& shader, PictureLayout layout);
-
-    std::array<Shader, 3> shaders_; // by layout
+    PictureShader shader_{"void main() { gl_FragColor = colourAt(at); }", {}};
 };
 
 } // namespace tide

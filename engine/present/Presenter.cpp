@@ -250,13 +250,13 @@ Presenter::Presenter()
 
 Presenter::~Presenter() = default;
 
-bool Presenter::add(int viewId, TP_WId window, std::shared_ptr<PictureSource> source)
+bool Presenter::add(int viewId, TP_WId window, std::shared_ptr<PictureSource> source, std::shared_ptr<WarpSource> warp)
 {
     if (!source)
         return false;
     renderer_->start();
-    const bool added =
-        renderer_->ask(false, [&](Stage& stage) { return stage.add(viewId, window, std::move(source)); });
+    const bool added = renderer_->ask(
+        false, [&](Stage& stage) { return stage.add(viewId, window, std::move(source), std::move(warp)); });
     if (added)
         ExitGuard::instance().enter(renderer_.get(), [renderer = renderer_.get()] { renderer->stop(); });
     return added;
@@ -278,6 +278,11 @@ bool Presenter::setHook(int viewId, DrawHook hook)
 bool Presenter::setRegion(int viewId, std::optional<Region> region)
 {
     return renderer_->ask(false, [&](Stage& stage) { return stage.setRegion(viewId, region); });
+}
+
+void Presenter::refresh(std::vector<int> viewIds)
+{
+    renderer_->tell([viewIds = std::move(viewIds)](Stage& stage) { stage.refresh(viewIds); });
 }
 
 void Presenter::windowChanged(TP_WId window)

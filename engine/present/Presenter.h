@@ -8,8 +8,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tide {
+
+class WarpSource;
 
 // A part of the picture in pixels of the picture; right and bottom are exclusive.
 struct Region
@@ -44,8 +47,10 @@ public:
     Presenter(const Presenter&) = delete;
     Presenter& operator=(const Presenter&) = delete;
 
-    // Starts to show `source` in `window`. False when there is no X display or the window does not exist.
-    bool add(int viewId, TP_WId window, std::shared_ptr<PictureSource> source);
+    // Starts to show `source` in `window`, bent by `warp` if there is one. False when there is no X display or the
+    // window does not exist.
+    bool add(int viewId, TP_WId window, std::shared_ptr<PictureSource> source,
+             std::shared_ptr<WarpSource> warp = nullptr);
 
     // After it returns no hook of this view runs and the source is let go. Called from inside a hook it does not wait
     // for itself: the source is let go after the hook.
@@ -57,6 +62,9 @@ public:
     // The part of the picture that fills the window; nullopt is the whole picture. Takes effect at once, also on a
     // standing picture. False for an unknown view.
     bool setRegion(int viewId, std::optional<Region> region);
+
+    // Views whose warp has changed, also over a standing picture. Does not wait; unknown ones are ignored.
+    void refresh(std::vector<int> viewIds);
 
     // The window's size has changed, as the host tells; unknown windows are ignored.
     void windowChanged(TP_WId window);

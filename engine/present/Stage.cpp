@@ -26,6 +26,25 @@ bool concerns(const View& view, Window window)
            std::find(view.ancestors.begin(), view.ancestors.end(), window) != view.ancestors.end();
 }
 
+// The share of the picture's length that [from, to) covers; all of it when it lies outside.
+std::pair<double, double> shareOf(std::int64_t from, std::int64_t to, int length)
+{
+    from = std::clamp<std::int64_t>(from, 0, length);
+    to = std::clamp<std::int64_t>(to, 0, length);
+    if (from >= to)
+        return {0.0, 1.0};
+    return {static_cast<double>(from) / length, static_cast<double>(to) / length};
+}
+
+Part partOf(const std::optional<Region>& region, int width, int height)
+{
+    if (!region)
+        return {};
+    const auto [left, right] = shareOf(region->left, region->right, width);
+    const auto [top, bottom] = shareOf(region->top, region->bottom, height);
+    return {left, top, right, bottom};
+}
+
 } // namespace
 
 std::unique_ptr<Stage> Stage::open()
@@ -47,7 +66,7 @@ Stage::~Stage()
     contexts_.park(); // the shaders go with the members
 }
 
-bool Stage::add(int viewId, Window window, std::shared_ptr<PictureSource> source)
+bool Stage::add(int viewId, Window window, std::shared_ptr<PictureSource> source, std::shared_ptr<WarpSource> warp)
 {
     XConnection::guardErrors();
     if (find(viewId) != nullptr || !connection_->look(window))
@@ -56,6 +75,7 @@ bool Stage::add(int viewId, Window window, std::shared_ptr<PictureSource> source
     view->id = viewId;
     view->window = window;
     view->channel = channelOf(std::move(source));
+    view->warp = std::move(warp);
     connection_->watch(window);
     // Read after the events were asked for: no change is missed.
     const std::optional<WindowLook> look = connection_->look(window);
@@ -67,6 +87,8 @@ bool Stage::add(int viewId, Window window, std::shared_ptr<PictureSource> source
     }
     readAncestors(*view);
     readLook(*view);
+    if (view->warp && view->width > 0) // what is asked about the window before its first picture is answered right too
+        view->warp->look({view->width, view->height, {}});
     view->want(Clock::now());
     views_.push_back(std::move(view));
     return true;
@@ -102,6 +124,14 @@ bool Stage::setRegion(int viewId, std::optional<Region> region)
     view->region = region;
     view->want(Clock::now());
     return true;
+}
+
+void Stage::refresh(const std::vector<int>& viewIds)
+{
+    for (const int viewId : viewIds) {
+        if (View* view = find(viewId))
+            view->want(Clock::now());
+    }
 }
 
 void Stage::windowChanged(Window window)
@@ -343,9 +373,14 @@ bool Stage::paint(View& view, const Picture& picture)
         return false;
     }
     glViewport(0, 0, view.width, view.height);
+    const FrameTexture& texture = view.channel->texture;
     if (!view.channel->texture.update(picture, packBuffer_))
         return false;
-    flat_.draw(view.channel->texture, view.region);
+    const Part part = partOf(view.region, texture.width(), texture.height());
+    if (view.warp)
+        warp_.draw(texture, view.warp->look({view.width, view.height, part}), part);
+    else
+        flat_.draw(texture, part);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "engine/present/FlatProjection.h"
 #include "engine/present/View.h"
+#include "engine/present/WarpProjection.h"
 
 #include <memory>
 #include <optional>
@@ -23,10 +24,11 @@ public:
 
     int descriptor() const { return connection_->descriptor(); }
 
-    bool add(int viewId, Window window, std::shared_ptr<PictureSource> source);
+    bool add(int viewId, Window window, std::shared_ptr<PictureSource> source, std::shared_ptr<WarpSource> warp);
     void remove(int viewId);
     bool setHook(int viewId, DrawHook hook);
     bool setRegion(int viewId, std::optional<Region> region);
+    void refresh(const std::vector<int>& viewIds);
     void windowChanged(Window window);
     PresenterStats stats(int viewId) const;
 
@@ -61,6 +63,7 @@ private:
     std::unique_ptr<XConnection> connection_;
     GlxContexts contexts_;
     FlatProjection flat_;
+    WarpProjection warp_;
     PackBuffer packBuffer_;
     std::vector<std::shared_ptr<View>> views_;
     // Let go as soon as no hook runs.

@@ -3,6 +3,7 @@
 #include "engine/present/FrameTexture.h"
 #include "engine/present/GlxContexts.h"
 #include "engine/present/Presenter.h"
+#include "engine/present/fisheye/Warp.h"
 
 #include <memory>
 #include <optional>
@@ -25,6 +26,7 @@ struct View
     Window window = kNoXid;
     std::vector<Window> ancestors;
     std::shared_ptr<Channel> channel;
+    std::shared_ptr<WarpSource> warp;    // null: the picture is shown as it is
     std::unique_ptr<GlxSurface> surface; // null when the window has died
     std::optional<Region> region;
     std::shared_ptr<const DrawHook> hook;

@@ -2,6 +2,7 @@
 
 #include "include/tide_pipe/tide_pipe.h"
 
+#include <optional>
 #include <string>
 
 namespace tide {
@@ -10,6 +11,12 @@ enum class Direction
 {
     Forward,
     Backward
+};
+
+// The picture is a whole sphere that turns.
+struct EagleEyeOptions
+{
+    bool isFlat = false;
 };
 
 // What TP_Play and TP_ReversePlay were asked for. Fixed for the life of a stream.
@@ -22,6 +29,7 @@ struct StreamOptions
     std::string startTime;
     std::string stopTime;
     int correctionType = 0;
+    std::optional<EagleEyeOptions> eagleEye;
     Direction direction = Direction::Forward;
     int bufferFrames = 6; // length of the picture queue
 };

@@ -45,22 +45,24 @@ typedef unsigned long TP_WId;
 /* ---- records ----
  * Their layout is fixed. Bytes named r are written as 0 and not read. */
 
-/* A position in the picture, 0 to 1, from the top left. */
+/* A position in the round picture of a fisheye lens, or a point of a window: 0 to 1 each way from the top left. */
 struct _TP_PTZPARAM
 {
     float x, y;
 };
 TIDE_PIPE_SIZE(struct _TP_PTZPARAM, 8);
 
-/* The state of one dewarped view. `mask` says which fields an update applies: 8 is the position. `z` is the zoom. */
+/* The state of one dewarped view. `mask` says which fields an update applies: 2 the zoom, 4 the angle, 8 the position,
+ * 16 the colour. Other bits mean nothing. */
 struct _TP_FISHEYEPARAM
 {
     unsigned mask;
     unsigned char r0[4];
-    float x, y; /* where the view looks, 0 to 1 of the fisheye picture */
+    float x, y; /* where the view's axis meets the round picture, see TP_FEC_Play; kept inside the circle */
     unsigned char r1[16];
-    float z, angle;
-    unsigned char color[4]; /* of the view's box: red, green, blue, alpha */
+    float z; /* the zoom, kept from -0.05, 90 degrees along the window's longer side, to 0.55; 0.025 takes a tenth off */
+    float angle; /* radians by which a circle or a panorama is turned to the right; kept from -pi to pi */
+    unsigned char color[4]; /* of the view's box: red, green, blue, alpha; alpha 0 is white, as before any was set */
     unsigned char r2[60];
 };
 TIDE_PIPE_SIZE(struct _TP_FISHEYEPARAM, 104);
@@ -116,11 +118,12 @@ struct _TP_TRANSPARAM
 };
 TIDE_PIPE_SIZE(struct _TP_TRANSPARAM, 28);
 
+/* What TP_Play is told of an eagle-eye stream, whose picture is a whole sphere: longitude across, latitude down. */
 struct _TP_EAGLEEYEPARAM
 {
-    bool flag;
-    int mode;
-    int expandType;
+    bool flag;      /* false: an ordinary stream */
+    int mode;       /* accepted */
+    int expandType; /* 1 shows it flat, going round as it turns; others show a perspective view out of its middle */
 };
 TIDE_PIPE_SIZE(struct _TP_EAGLEEYEPARAM, 12);
 
@@ -195,7 +198,7 @@ typedef void (*TP_MessageHandler)(int playId, unsigned message, void* user);
  * changes. `drawContext` means something to the engine only. */
 typedef void (*TP_DrawFun)(int playId, void* drawContext, void* user);
 
-/* The same for a dewarped view. The numbers have no meaning. */
+/* The same for a dewarped view. The numbers are 0. */
 typedef void (*TP_FECDrawFun)(void* user, unsigned, unsigned, void* drawContext, unsigned, unsigned);
 
 /* Comes on the engine's notification thread. */
@@ -249,9 +252,9 @@ TIDE_PIPE_API int TP_SetDisplayBuf(int frames);
  *            where it tells none, the start time is its beginning. For RTSP a date goes to the server as "starttime="
  *            and "endtime=" in the url, unless the url has them. Live sources are not cut.
  * correctionType
- *            kept for the dewarping functions; the window shows the picture as it is.
+ *            accepted; the window shows the picture as it is, and TP_FEC_Play shows views of it in others.
  * transParam null or a _TP_TRANSPARAM. Accepted; what a transcoding server sends is settled by the url.
- * eagleEye   null or a _TP_EAGLEEYEPARAM. Accepted.
+ * eagleEye   null or a _TP_EAGLEEYEPARAM; see TP_SR_Rotate.
  * playGroup  1 for streams of one group, -1 for others. Accepted; each stream plays by its own clock.
  *
  * A network source that cannot be opened, breaks off or falls silent is tried again until TP_Stop, after half a second
@@ -376,39 +379,71 @@ TIDE_PIPE_API int TP_StopVoiceTalk(int talkId);
 
 /* ---- fisheye, eagle eye ---- */
 
-/* A dewarped view of a stream in a window of its own. Returns the view's id. `placeType`: 1, 2 or 3, how the camera is
- * mounted; `correctType`: 0 the circle as it is, 0x100 a view with pan, tilt and zoom, 0x200 to 0x400 unrolled
- * pictures. */
+/* A dewarped view of a stream in a window of its own; any number of them for a stream, whose pictures are decoded and
+ * uploaded once for all. Returns the view's id. A stream whose own window is never mapped costs its decoding alone.
+ *
+ * The lens is taken as equidistant, with half the scene in its circle, which is the largest one that fits into the
+ * middle of the picture. Positions are points of that round picture: 0 to 1 across the square round the circle, whatever
+ * lies beside it.
+ *
+ * param       start values; what its mask leaves out is the middle, the widest view, no turn and a white box
+ * placeType   how the camera is mounted: 1 on a wall, 2 on the floor, 3 on the ceiling. What is upright in the room is
+ *             upright in a view. On the floor and the ceiling the horizon is the rim.
+ * correctType 0      the circle as it is
+ *             0x100  a view with pan, tilt and zoom; straight lines are straight
+ *             0x200  a panorama as on a cylinder: uprights keep their shape; ends 70 degrees off the horizon, on a wall 60
+ *             0x300  a panorama of the whole circle, rows of the same angle each
+ *             0x400  the whole picture of a camera on a wall, whatever the placeType
+ *             Panoramas go all the way round; on a wall they are the half turn that the lens sees.
+ *
+ * A view's id is good for the functions of streams as well: TP_Stop ends the view, a draw hook, a region (of what the view
+ * shows, in the picture's pixels) and a capture are the view's own, everything else is the stream's. Messages of the stream
+ * come for its views as well. */
 TIDE_PIPE_API int TP_FEC_Play(int realPlayId, TP_WId window, const struct _TP_FISHEYEPARAM* param, int placeType,
                               int correctType);
 
 /* The draw hook of a view; rules as for TP_RigisterDrawFun. */
 TIDE_PIPE_API int TP_FECRigisterDrawFun(int realPlayId, int viewId, TP_FECDrawFun fn, void* user);
 
+/* The present values, with the mask of all. */
 TIDE_PIPE_API int TP_FEC_GetParam(int realPlayId, int viewId, struct _TP_FISHEYEPARAM* param);
 
-/* Applies the fields that the mask names. */
+/* Applies the fields that the mask names, and shows them at once. Numbers are brought into range; infinite ones and NaN
+ * are TP_ERROR_BAD_ARGUMENT. */
 TIDE_PIPE_API int TP_FEC_UpDateParam(int realPlayId, int viewId, const struct _TP_FISHEYEPARAM* param);
 
-/* Which boxes of the views are drawn on the circle; 0 none. */
+/* Outlines, on circles and panoramas, what the 0x100 views of the stream show, each in its view's colour: 0 none, as at
+ * the start, 1 with thin lines, for many views, 2 with wider ones. */
 TIDE_PIPE_API int TP_FEC_SetDrawType(int realPlayId, int drawType);
 
-/* Highlights the box of a view. */
+/* The view that is worked with: the box of a 0x100 view is drawn stronger until another is named; a view of another kind
+ * is the one that TP_FEC_IsInFinshDraw asks about. */
 TIDE_PIPE_API int TP_FEC_SetFinshDraw(int realPlayId, int viewId);
 
-/* The view whose box lies under a point (0 to 1 each way); negative when there is none. */
+/* The view whose box lies under a point of the circle or the panorama that TP_FEC_SetFinshDraw has named last (before
+ * that: of the first one), drawn or not; of several the one whose middle is nearest. Without one TP_ERROR_NO_SUCH_ID,
+ * and *viewId stays. */
 TIDE_PIPE_API int TP_FEC_IsInFinshDraw(int realPlayId, int* viewId, float x, float y);
 
-/* Turns a move of the pointer over `ownViewId` from `from` to `to`, begun when view `viewId` stood at `start`, into
- * that view's new position. */
+/* Turns a move of the pointer over the window of `ownViewId` from `from` to `to`, begun when the 0x100 view `viewId` stood
+ * at `start`, into that view's new position. The view itself does not move.
+ *
+ *  - With viewId as ownViewId the scene is grabbed: what was under `from` will be under `to`, as near as an upright view
+ *    inside the circle comes to it.
+ *  - A move from exactly (0.5, 0.5) along one axis by at most 0.003 is a step of the view, the way the move goes: to the
+ *    left it turns the view to the left, up it turns it up.
+ *  - With another ownViewId the view's box is moved there, as far as the pointer moved. */
 TIDE_PIPE_API int TP_FEC_PTZ2WindowEx(int realPlayId, int viewId, int ownViewId, const struct _TP_PTZPARAM* start,
                                       const struct _TP_PTZPARAM* from, const struct _TP_PTZPARAM* to, float* x,
                                       float* y);
 
-/* The next position of a scan that begins at *x, *y. */
+/* The next position of a scan of a 0x100 view that began at *x, *y. As long as that stays the same the scan goes on from
+ * where the view stands; the view itself does not move. On the floor and the ceiling it goes round to the right at its
+ * height, on a wall to and fro, 60 degrees to each side. `step` is in half turns, -1 to 1; below 0 it goes the other way. */
 TIDE_PIPE_API int TP_FEC_TestScan(int realPlayId, int viewId, float* x, float* y, int placeType, float step);
 
-/* Writes what a view shows; BMP when `isBmp` is not 0, else JPEG. */
+/* Writes what a view shows, without boxes, in the height of the stream's picture and the proportions of the window; BMP
+ * when `isBmp` is not 0, else JPEG. Bends the picture inside the call. */
 TIDE_PIPE_API int TP_FEC_CapturePIC(int isBmp, int playId, int viewId, const char* path);
 
 /* Listens to the reports of a fisheye device. Returns a listener id at once, at least 1.
@@ -437,7 +472,13 @@ TIDE_PIPE_API int TP_StopFishListener(int listenerId);
  * the call the one before does not run any more, with the same exception. */
 TIDE_PIPE_API int TP_SetFishMsgCallBack(TP_FishMsgFun fn);
 
-/* Turns the expanded picture of an eagle-eye stream. */
+/* Turns the picture of an eagle-eye stream; TP_ERROR_WRONG_STATE for a stream that was played without its block. e0 turns
+ * to the right and e1 up, in radians, at most 1000; e2 means nothing; e3 narrows the view by that power of e, from 90
+ * degrees to a tenth.
+ *
+ * Pointers tell their whole travel since the press each time, so an element that lies nearer to the one before it than
+ * to zero takes that one's place; else it begins a new travel. An element along one axis alone that is one to seven times
+ * 0.0026 pi (e0) or 0.0013 pi (e1) is a step by itself and adds to what is there. */
 TIDE_PIPE_API int TP_SR_Rotate(int playId, const struct _TP_SRTRANSFER* transfer);
 
 /* ---- string protection ----

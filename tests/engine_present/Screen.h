@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace tide {
 
@@ -88,6 +89,22 @@ public:
         const unsigned long pixel = XGetPixel(image, 0, 0);
         XDestroyImage(image);
         return {static_cast<int>(pixel >> 16 & 255), static_cast<int>(pixel >> 8 & 255), static_cast<int>(pixel & 255)};
+    }
+
+    // Row by row; nothing where a part lies outside the screen.
+    std::vector<Colour> read(Window window, int x, int y, int width, int height)
+    {
+        std::vector<Colour> pixels;
+        XImage* image = XGetImage(display_, window, x, y, static_cast<unsigned>(width), static_cast<unsigned>(height),
+                                  AllPlanes, ZPixmap);
+        for (int i = 0; image != nullptr && i < width * height; ++i) {
+            const unsigned long pixel = XGetPixel(image, i % width, i / width);
+            pixels.push_back({static_cast<int>(pixel >> 16 & 255), static_cast<int>(pixel >> 8 & 255),
+                              static_cast<int>(pixel & 255)});
+        }
+        if (image != nullptr)
+            XDestroyImage(image);
+        return pixels;
     }
 
     bool shows(Window window, int x, int y, Colour expected)
