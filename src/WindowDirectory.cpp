@@ -1,5 +1,6 @@
 #include "src/WindowDirectory.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillmark::lumen_deck {
@@ -84,6 +85,19 @@ WindowDirectory::Visit WindowDirectory::visit(const void* window)
 {
     const std::lock_guard lock(mutex_);
     std::shared_ptr<Entry> entry = find(window);
+    if (entry)
+        ++entry->visits;
+    return {this, std::move(entry)};
+}
+
+WindowDirectory::Visit WindowDirectory::visit(const Place& place)
+{
+    const std::lock_guard lock(mutex_);
+    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const auto& candidate) {
+        const Place& stands = candidate.second->place;
+        return stands.mainWidget == place.mainWidget && stands.index == place.index;
+    });
+    std::shared_ptr<Entry> entry = found != entries_.end() ? found->second : nullptr;
     if (entry)
         ++entry->visits;
     return {this, std::move(entry)};

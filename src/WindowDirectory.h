@@ -6,18 +6,21 @@
 #include <optional>
 #include <unordered_map>
 
+struct _TP_PTZPARAM;
 class QWidget;
 
 namespace quillmark::lumen_deck {
 
 class IGraphicsView;
 
-// What the fisheye layer draws over a plain window's picture, behind the shapes.
+// The fisheye companion of a window: what it draws over a plain window's picture, behind the shapes, and the boxes that
+// a device moves.
 class IFisheyeOverlay {
 public:
     virtual ~IFisheyeOverlay() = default;
-    virtual void DrawFishEyeBox(void* drawContext) = 0; // draw thread of the engine
-    virtual void DrawFishWndId(void* drawContext) = 0;  // draw thread of the engine
+    virtual void DrawFishEyeBox(void* drawContext) = 0;                                  // draw thread of the engine
+    virtual void DrawFishWndId(void* drawContext) = 0;                                   // draw thread of the engine
+    virtual void setFisheyeMark(int id, const _TP_PTZPARAM& position, bool visible) = 0; // any thread
 };
 
 // Which play windows there are, where they stand and who draws over them. The engine's threads may not walk the widget
@@ -60,6 +63,7 @@ public:
 
     // Any thread.
     Visit visit(const void* window);
+    Visit visit(const Place& place); // of the window that stands there
     std::optional<Place> place(const void* window) const;
 
 private:

@@ -547,10 +547,11 @@ LUMEN_DECK_API QJsonDocument* LD_DisableEZoom(QWidget* mainWindow);
  * correction: one LD_Play feeds an arrangement of dewarped views, which the user moves with the mouse.
  *
  * Queued. Requests are objects; their keys are required, and a text that holds a number counts as the number. Most act
- * on the view in the selected window. errors of each: 500 "setJsonParam param error" for no object, and the message
- * given. */
+ * on the view in the selected window, on that of window 0 when the selected one is not of the arrangement. errors of
+ * each: 500 "setJsonParam param error" for no object, and the message given. */
 
-/* in: type  int  0 device expansion, 1 software correction; others are ignored
+/* Ends the views of the arrangement. Before LD_ArrangeFECWindow, whose settings it would put back.
+ * in: type  int  0 device expansion, 1 software correction; others are ignored
  * errors: "setModuleCorrectionType param error" */
 LUMEN_DECK_API QJsonDocument* LD_SetCorrectionType(QWidget* mainWindow, const QJsonDocument* args);
 
@@ -578,20 +579,22 @@ LUMEN_DECK_API QJsonDocument* LD_SetFishBoxListInfo(QWidget* mainWindow, const Q
  * out: {"fishBoxList": [{"id", "xPoint", "yPoint", "zPoint"}]}, always nine; zeros for those that are not there */
 LUMEN_DECK_API QJsonDocument* LD_GetFishBoxListInfo(QWidget* mainWindow, const QJsonDocument* args);
 
-/* Removes the boxes of the selected window.
+/* Removes the boxes of the selected window of the arrangement; in device expansion those of window 0.
  * errors: "clearFisheyeWindowMark param error" */
 LUMEN_DECK_API QJsonDocument* LD_ClearAllWndFishBoxInfo(QWidget* mainWindow, const QJsonDocument* args);
 
 /* Device expansion: tells the role of a window.
  * in: wndIndex  int
- *     type      int  3 the origin window with the round picture, 2 a panorama, 0 a view that is turned, -1 none
+ *     type      int  3 the origin window with the round picture, 2 a panorama, 0 a view that is turned, -1 none; others
+ *                    change nothing
  *     id        int  the number of a view, 1 to 9 shows
  * errors: "setModuleSubWindowParam param error"; "setSubWindowParam param error" for no such window, or in software
  *         correction */
 LUMEN_DECK_API QJsonDocument* LD_SetFishWndProperty(QWidget* mainWindow, const QJsonDocument* args);
 
-/* Sets the windows for software correction, in place of the layout; streams of views end.
- * in: type  number, 0 to 17, with O the circle, P a panorama, v a view:
+/* Sets the windows for software correction, in place of the layout; views end, the stream behind them does not. The next
+ * LD_Play shows its stream in them: LD_Stop first.
+ * in: type  number, 0 to 17 (below as 0), with O the circle, P a panorama, v a view:
  *           0 O; 1 P; 2 v; 3 P; 4 vvP; 5 Ovvv; 6 vPvv; 7 vvvv; 8 vvvv O vvvv; 9 vvvv P vvvv; 10 nine v; 11 v; 12 P;
  *           13 Pvvv; 14 vvvv P vvvv; 15 vv; 16 v over P; 17 six v over P
  * errors: "parseFisheyeWindowArrange param error" */
@@ -605,11 +608,11 @@ LUMEN_DECK_API QJsonDocument* LD_StopFECScan(QWidget* mainWindow, const QJsonDoc
 
 /* One step of the view. A circle or a panorama that stands alone turns left and right.
  * in: direction  int  0 up, 1 down, 2 left, 3 right, 4 zoom in, 5 zoom out
- *     speed      int  1 to 7; 0 makes no step
+ *     speed      int  1 to 7; 0 makes no step; of a zoom its size does not matter
  * errors: "setModuleFisheyePTZ param error", "setFisheyePTZ param error" */
 LUMEN_DECK_API QJsonDocument* LD_FishEyePTZ(QWidget* mainWindow, const QJsonDocument* args);
 
-/* As LD_FishEyePTZ with direction 4 and 5.
+/* As LD_FishEyePTZ with direction 4 and 5. No object is answered as a missing speed.
  * in: speed  int */
 LUMEN_DECK_API QJsonDocument* LD_FishEyeZoomIn(QWidget* mainWindow, const QJsonDocument* args);
 LUMEN_DECK_API QJsonDocument* LD_FishEyeZoomOut(QWidget* mainWindow, const QJsonDocument* args);
@@ -624,7 +627,8 @@ LUMEN_DECK_API QJsonDocument* LD_FishEyeGetPreset(QWidget* mainWindow, const QJs
 LUMEN_DECK_API QJsonDocument* LD_FishEyeSetPreset(QWidget* mainWindow, const QJsonDocument* args);
 
 /* Takes the view round the presets, until LD_StopFECCruise, which ends all cruises of the wall.
- * in: fishEyePresetList  array of {"xPoint", "yPoint", "zPoint": numbers, 0; "time": seconds to stay, 0}, not empty
+ * in: fishEyePresetList  array of {"xPoint", "yPoint", "zPoint": numbers, 0; "time": whole seconds to stay, 0}, not
+ *                        empty, nor is an entry
  * errors: "startFisheyeCruise param error" */
 LUMEN_DECK_API QJsonDocument* LD_StartFECCruise(QWidget* mainWindow, const QJsonDocument* args);
 LUMEN_DECK_API QJsonDocument* LD_StopFECCruise(QWidget* mainWindow, const QJsonDocument* args);

@@ -144,10 +144,4 @@ QJsonDocument* callExported(const char* name, Route route, QJsonDocument* (*body
     return route == Route::Unmoved ? makeCall(body) : body();
 }
 
-QJsonDocument* unavailable(const char* name)
-{
-    const QString message = QString(name) + ": the operation is not available in this build";
-    return dealResult(std::make_shared<InvalidStatusError>(message, LUMEN_HERE));
-}
-
 } // namespace quillmark::lumen_deck

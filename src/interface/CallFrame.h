@@ -49,7 +49,4 @@ QJsonDocument* callExported(const char* name, Route route, QJsonDocument* (*body
                             const QJsonDocument* args);
 QJsonDocument* callExported(const char* name, Route route, QJsonDocument* (*body)());
 
-// The answer of a function whose operation this build does not have.
-QJsonDocument* unavailable(const char* name);
-
 } // namespace quillmark::lumen_deck

@@ -11,7 +11,7 @@
 //
 // The row defines the function that lumen_deck.h declares; its route stands in functions.def. The operation takes the
 // widget and the document that its shape has, the document by reference or by pointer, and answers with anything that
-// dealResult takes, or with nothing. LUMEN_UNAVAILABLE_* rows stand for operations that are not there yet.
+// dealResult takes, or with nothing.
 
 namespace quillmark::lumen_deck {
 
@@ -78,9 +78,3 @@ template <class Operation> QJsonDocument* answerOf(Operation operation)
         const auto body = [] { return answerOf([] { return operation(); }); };                                         \
         return callExported(#name, route_of::name, body);                                                              \
     }
-
-#define LUMEN_UNAVAILABLE_OPERATION(name) [](const auto&...) { return unavailable(#name); }
-#define LUMEN_UNAVAILABLE_WD(name) LUMEN_EXPORT_WD(name, LUMEN_UNAVAILABLE_OPERATION(name))
-#define LUMEN_UNAVAILABLE_W(name) LUMEN_EXPORT_W(name, LUMEN_UNAVAILABLE_OPERATION(name))
-#define LUMEN_UNAVAILABLE_D(name) LUMEN_EXPORT_D(name, LUMEN_UNAVAILABLE_OPERATION(name))
-#define LUMEN_UNAVAILABLE_N(name) LUMEN_EXPORT_N(name, LUMEN_UNAVAILABLE_OPERATION(name))

@@ -11,11 +11,25 @@ class QWidget;
 
 namespace quillmark::lumen_deck {
 
-// The operation that a fisheye request asks for; the fisheye module knows the rest of the list.
+// The operation that a fisheye request asks for.
 enum FisheyeModuleInterface : int
 {
+    FisheyeSetCorrectionType = 0,
+    FisheyeSetPlaceType = 1,
+    FisheyeArrange = 2,
     FisheyePlay = 3,
-    FisheyeStop = 4
+    FisheyeStop = 4,
+    FisheyeStep = 5,
+    FisheyeSetPreset = 7,
+    FisheyeStartScan = 8,
+    FisheyeStopScan = 9,
+    FisheyeStartCruise = 10,
+    FisheyeStopCruise = 11,
+    FisheyeStartListener = 12,
+    FisheyeStopListener = 13,
+    FisheyeSetBoxes = 14,
+    FisheyeClearBoxes = 15,
+    FisheyeSetWindow = 16
 };
 
 // What the streams ask of the fisheye module, a direct child of the main widget. Main thread only.

@@ -128,6 +128,7 @@ struct Overlay : quillmark::lumen_deck::IFisheyeOverlay
 {
     void DrawFishEyeBox(void* drawContext) override { drawn.push_back(drawContext); }
     void DrawFishWndId(void*) override { drawn.push_back(nullptr); }
+    void setFisheyeMark(int, const _TP_PTZPARAM&, bool) override {}
     std::vector<void*> drawn;
 };
 

@@ -1,0 +1,135 @@
+#pragma once
+
+#include "src/LayoutDetail.h"
+#include "src/LayoutManager.h"
+#include "src/fisheye/FisheyeWindow.h"
+#include "tests/support/Wall.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QJsonArray>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <gmock/gmock.h>
+
+namespace wall {
+
+// A wall that shows a round picture, its mouse, and what the host hears of it.
+class FisheyeTest : public WallTest
+{
+protected:
+    using IPlayWindow = quillmark::lumen_deck::IPlayWindow;
+    using FisheyeWindow = quillmark::lumen_deck::FisheyeWindow;
+
+    void SetUp() override
+    {
+        WallTest::SetUp();
+        reports().clear();
+        LD_InstallEventCallback(LD_EVENT_FISHEYE_PTZ, [](LD_EventType, QWidget*, const QJsonDocument* document) {
+            EXPECT_EQ(document->object()["cmd"], "window.onFisheyePTZInfo");
+            reports().push_back(document->object()["fishEyePTZInfo"].toObject());
+        });
+    }
+    void TearDown() override
+    {
+        LD_InstallEventCallback(LD_EVENT_FISHEYE_PTZ, nullptr);
+        WallTest::TearDown();
+    }
+
+    // Software correction with an arrangement that plays; the real stream is 10, the views 11, 12 and so on.
+    void playViews(int arrangement)
+    {
+        ASSERT_TRUE(ask(LD_SetCorrectionType, R"({"type":1})").null);
+        ASSERT_TRUE(ask(LD_ArrangeFECWindow, QByteArray(R"({"type":)") + QByteArray::number(arrangement) + "}").null);
+        playAgain();
+    }
+    void playAgain()
+    {
+        numberViews();
+        ASSERT_TRUE(ask(LD_Play, R"({"url":"u","auth":""})").null);
+        forget();
+    }
+
+    void numberViews()
+    {
+        nextView_ = 11;
+        engine_double::answer("TP_Play", 10);
+        engine_double::onCall("TP_FEC_Play", [this] { engine_double::answer("TP_FEC_Play", nextView_++); });
+    }
+
+    // What the engine was asked since the last question.
+    std::vector<std::string> asked()
+    {
+        const std::size_t from = from_;
+        forget();
+        return engineCalls(from);
+    }
+    void forget() { from_ = engine_double::calls().size(); }
+
+    IPlayWindow* window(int index) { return quillmark::lumen_deck::Layout(&main()).getPlayWindow(QVariant(index)); }
+    FisheyeWindow* companion(int index) { return window(index)->findChild<FisheyeWindow*>(); }
+
+    void role(int index, int type, int id)
+    {
+        const QJsonDocument request(QJsonObject{{"wndIndex", index}, {"type", type}, {"id", id}});
+        EXPECT_TRUE(take(LD_SetFishWndProperty(&main(), &request)).null);
+    }
+
+    // The pointer in a window of 100 by 100 pixels, `later` ms after the last event.
+    void mouse(QEvent::Type type, int index, QPoint at, unsigned long later = 1000,
+               Qt::MouseButton button = Qt::LeftButton)
+    {
+        window(index)->resize(100, 100);
+        QMouseEvent event(type, at, button, button, Qt::NoModifier);
+        event.setTimestamp(time_ += later);
+        QApplication::sendEvent(window(index), &event);
+    }
+    void press(int index, QPoint at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        mouse(QEvent::MouseButtonPress, index, at, 1000, button);
+    }
+    void move(int index, QPoint at, unsigned long later = 1000) { mouse(QEvent::MouseMove, index, at, later); }
+    void release(int index, QPoint at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        mouse(QEvent::MouseButtonRelease, index, at, 1000, button);
+    }
+    void wheel(int index, int delta)
+    {
+        QWheelEvent event({1, 1}, {1, 1}, {}, {0, delta}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(window(index), &event);
+    }
+
+    // The timers of an object, by their interval.
+    static std::vector<int> timers(QObject* object)
+    {
+        std::vector<int> intervals;
+        for (const auto& timer : QAbstractEventDispatcher::instance()->registeredTimers(object))
+            intervals.push_back(timer.interval);
+        return intervals;
+    }
+    static void expire(QObject* object, int interval)
+    {
+        for (const auto& timer : QAbstractEventDispatcher::instance()->registeredTimers(object)) {
+            if (timer.interval != interval)
+                continue;
+            QTimerEvent event(timer.timerId);
+            QApplication::sendEvent(object, &event);
+            return;
+        }
+        ADD_FAILURE() << "no timer of " << interval << " ms runs";
+    }
+
+    static std::vector<QJsonObject>& reports()
+    {
+        static std::vector<QJsonObject> instance;
+        return instance;
+    }
+
+private:
+    std::size_t from_ = 0;
+    int nextView_ = 0;
+    unsigned long time_ = 0;
+};
+
+} // namespace wall
