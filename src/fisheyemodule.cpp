@@ -48,7 +48,7 @@ const Operation kOperations[] = {
     {FisheyeSetCorrectionType, {{"type", "setModuleCorrectionType param error"}},
      [](M& m, const R& r) { m.setCorrectionType(r.number(0)); return 0; }, nullptr},
     {FisheyeSetPlaceType, {{"type", "setModuleCorrectionType param error"}},
-     [](M& m, const R& r) { m.setPlaceType(qint64(r.number(0)) + kFirstPlaceType); return 0; }, nullptr},
+     [](M& m, const R& r) { m.setPlaceType(qint64(r.number(0)) + kPlaceWall); return 0; }, nullptr},
     {FisheyeArrange, {},
      [](M& m, const R& r) { return m.parseFisheyeWindowArrange(r.document); }, "parseFisheyeWindowArrange param error"},
     {FisheyePlay, {}, [](M& m, const R& r) { return m.play(r.document); }, "play param error"},

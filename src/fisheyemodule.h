@@ -88,7 +88,7 @@ private:
     QWidget* const mainWindow_;
     QPointer<QWidget> realWindow_; // holds the stream that the views show; never shown itself
     int correctionType_ = DeviceExpansion;
-    int placeType_ = kLastPlaceType;
+    int placeType_ = kPlaceCeiling;
     int arrangeType_ = 0;
     int subWindowCount_ = 1;
     int listenerId_ = -1;                         // of the last one started

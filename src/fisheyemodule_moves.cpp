@@ -114,15 +114,15 @@ int FisheyeModule::turnView(FisheyeWindow& window, _TP_FISHEYEPARAM& param, unsi
     return window.setFisheyeParam(&param);
 }
 
-// Under the first mounting the picture and its views have the same directions; under the others the step is made in the
-// picture of the view, and the engine says where that leads.
+// On a wall the round picture and its views have the same directions; elsewhere the step is made in the picture of the
+// view, and the engine says where that leads.
 int FisheyeModule::lookAside(FisheyeWindow& window, _TP_FISHEYEPARAM& param, unsigned direction, int speed)
 {
     constexpr _TP_PTZPARAM middle{0.5F, 0.5F};
     const float step = fisheyeValueToSetp(LookStep, speed);
     const auto [wayX, wayY] = kWays[direction];
     param.mask = FisheyePositionField;
-    if (placeType_ == kFirstPlaceType) {
+    if (placeType_ == kPlaceWall) {
         param.x += wayX * step;
         param.y += wayY * step;
         return window.setFisheyeParam(&param);

@@ -106,7 +106,7 @@ void FisheyeModule::setCorrectionType(int type)
 
 void FisheyeModule::setPlaceType(qint64 type)
 {
-    if (type >= kFirstPlaceType && type <= kLastPlaceType)
+    if (type >= kPlaceWall && type <= kPlaceCeiling)
         placeType_ = static_cast<int>(type);
 }
 
@@ -124,6 +124,7 @@ void FisheyeModule::resetFisheyeSubWindow()
     }
     for (FisheyeWindow* window : leaving) {
         window->endView();
+        window->subWindowStop();
         delete window;
     }
 }

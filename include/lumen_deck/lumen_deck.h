@@ -555,8 +555,8 @@ LUMEN_DECK_API QJsonDocument* LD_DisableEZoom(QWidget* mainWindow);
  * errors: "setModuleCorrectionType param error" */
 LUMEN_DECK_API QJsonDocument* LD_SetCorrectionType(QWidget* mainWindow, const QJsonDocument* args);
 
-/* How the camera is mounted.
- * in: type  int  0, 1 or 2; others are ignored
+/* How the camera is mounted, for the next play; at the start on the ceiling.
+ * in: type  int  0 on a wall, 1 on the floor, 2 on the ceiling; others are ignored
  * errors: "setModuleCorrectionType param error" */
 LUMEN_DECK_API QJsonDocument* LD_SetPlaceType(QWidget* mainWindow, const QJsonDocument* args);
 

@@ -77,8 +77,6 @@ void setCurrentMainWindow(State state)
 
 void fisheyeListenerCallback(int, int, void* data, unsigned length)
 {
-    constexpr int boxMoved = 2;
-    constexpr int modeChanged = 3;
     const State state = currentMainWindow();
     if (!state) {
         qDebug("fatal error: cannot find main_window");
@@ -90,9 +88,9 @@ void fisheyeListenerCallback(int, int, void* data, unsigned length)
     std::memcpy(&message, data, sizeof message);
     if (!message.payload)
         return;
-    if (message.kind == boxMoved && message.length == static_cast<int>(sizeof(_TP_PTZPARAM)))
+    if (message.kind == TP_FISH_BOX && message.length == static_cast<int>(sizeof(_TP_PTZPARAM)))
         moveBox(*state, message);
-    else if (message.kind == modeChanged && message.length >= 1)
+    else if (message.kind == TP_FISH_MODE && message.length >= 1)
         state->listenerMode = *static_cast<const unsigned char*>(message.payload);
 }
 

@@ -22,10 +22,10 @@ enum FisheyeWindowType : int
     FisheyeCircle = 5    // the round picture of a dewarped stream
 };
 
-// How the camera is mounted; the engine knows 1 to 3. The first one has a picture whose directions are those of its
+// How the camera is mounted, as the engine counts it. On a wall the directions of the round picture are those of its
 // views.
-constexpr int kFirstPlaceType = 1;
-constexpr int kLastPlaceType = 3;
+constexpr int kPlaceWall = 1;
+constexpr int kPlaceCeiling = 3;
 
 // The engine's dewarp modes.
 constexpr int kCorrectCircle = 0;

@@ -156,9 +156,10 @@ int FisheyeWindow::subWindowStop()
 
 void FisheyeWindow::endView()
 {
-    if (softwarePlay_ && player_ && player_->playing())
-        TP_Stop(player_->playId());
-    subWindowStop();
+    if (!softwarePlay_ || !player_ || !player_->playing())
+        return;
+    TP_Stop(player_->playId());
+    player_->stop();
 }
 
 int FisheyeWindow::getFisheyeParam(_TP_FISHEYEPARAM* param) const

@@ -49,7 +49,7 @@ public:
     // Starts the view in place of whatever plays in the window. The window brings its shapes along.
     int subWindowPlay(int realPlayId, TP_WId windowHandle, const _TP_FISHEYEPARAM* param, int placeType);
     int subWindowStop(); // for a view whose stream has ended
-    void endView();      // for a view that goes without its stream
+    void endView();      // for one that goes without its stream; nothing is painted, the wall may be going too
 
     // What the engine says of the view, and tells it.
     int getFisheyeParam(_TP_FISHEYEPARAM* param) const;

@@ -18,6 +18,9 @@ namespace wall {
 // A wall that shows a round picture, its mouse, and what the host hears of it.
 class FisheyeTest : public WallTest
 {
+public:
+    using WallTest::WithWidget;
+
 protected:
     using IPlayWindow = quillmark::lumen_deck::IPlayWindow;
     using FisheyeWindow = quillmark::lumen_deck::FisheyeWindow;
@@ -58,12 +61,14 @@ protected:
         engine_double::onCall("TP_FEC_Play", [this] { engine_double::answer("TP_FEC_Play", nextView_++); });
     }
 
-    // What the engine was asked since the last question.
-    std::vector<std::string> asked()
+    // What the engine was asked since the last question, shortened.
+    std::string asked()
     {
-        const std::size_t from = from_;
+        QString text;
+        for (const std::string& line : engineCalls(from_))
+            text += (text.isEmpty() ? "" : "; ") + QString::fromStdString(line);
         forget();
-        return engineCalls(from);
+        return text.remove("TP_FEC_").remove(" color 00000000").toStdString();
     }
     void forget() { from_ = engine_double::calls().size(); }
 
