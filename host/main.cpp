@@ -1,6 +1,8 @@
 #include "host/Options.h"
 #include "host/QuitOnSignal.h"
+#include "host/Theme.h"
 #include "host/control/ControlChannel.h"
+#include "host/wall/LocalSettings.h"
 #include "host/window/MainWindow.h"
 #include "host/window/WallReport.h"
 
@@ -10,12 +12,15 @@
 #include <QTimer>
 
 #include <csignal>
+#include <cstdlib>
 #include <iostream>
 #include <unistd.h>
 
 using namespace quillmark::lumen_wall;
 
 namespace {
+
+constexpr int kPatienceMs = 2000;
 
 bool hasDisplay()
 {
@@ -28,20 +33,13 @@ QString styleSheet()
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-// Read first: what is written back is all that the library has read.
-void setProtocol(Deck& deck, int protocol)
-{
-    deck.call("LD_GetLocalConfig");
-    deck.call("LD_SetLocalConfig", {{"localConfig", QJsonObject{{"protocolType", QString::number(protocol)}}}});
-}
-
 void setUp(MainWindow& window, const Options& options)
 {
     Operator& wall = window.operatorOfWall();
     wall.setLooping(options.loop);
     window.setTagsShown(options.names);
     if (options.protocol)
-        setProtocol(wall.deck(), *options.protocol);
+        writeSettings(wall.deck(), {{"protocolType", QString::number(*options.protocol)}});
     wall.setGrid(options.grid);
     if (options.dragable)
         wall.setDragable(true);
@@ -83,6 +81,15 @@ std::unique_ptr<ControlChannel> openControl(MainWindow& window)
     return channel;
 }
 
+// A server that does not answer keeps the program for a moment only: recordings are ended, and nobody is waited for.
+void leaveWithoutServers(Deck& deck, int code)
+{
+    if (deck.settle(kPatienceMs))
+        return;
+    deck.call("LD_StopRealPlayAll");
+    std::_Exit(code);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -102,6 +109,7 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const QuitOnSignal quitOnSignal;
     application.setStyle("Fusion");
+    application.setPalette(theme::palette());
     application.setStyleSheet(styleSheet());
 
     MainWindow window;
@@ -114,5 +122,8 @@ int main(int argc, char** argv)
     });
     if (options.seconds > 0)
         QTimer::singleShot(options.seconds * 1000, &window, [&] { end(window, options); });
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    control.reset();
+    leaveWithoutServers(window.operatorOfWall().deck(), code);
+    return code;
 }

@@ -41,13 +41,17 @@ QString speedText(int speedStep)
     return speedStep >= 0 ? QStringLiteral("%1×").arg(1 << speedStep) : QStringLiteral("1/%1×").arg(1 << -speedStep);
 }
 
+QString durationText(const QDateTime& since)
+{
+    const qint64 seconds = since.secsTo(QDateTime::currentDateTime());
+    return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+}
+
 QString recordingText(const Recording& recording)
 {
-    const qint64 seconds = recording.since.secsTo(QDateTime::currentDateTime());
-    return QStringLiteral("● %1:%2 · %3")
-        .arg(seconds / 60)
-        .arg(seconds % 60, 2, 10, QLatin1Char('0'))
-        .arg(QLocale::c().formattedDataSize(recording.bytes, 1, QLocale::DataSizeSIFormat));
+    return QStringLiteral("● %1 · %2")
+        .arg(durationText(recording.since),
+             QLocale::c().formattedDataSize(recording.bytes, 1, QLocale::DataSizeSIFormat));
 }
 
 // How a function changes the book: for the cell that it names, for every cell, or for the layout.

@@ -44,6 +44,7 @@ struct CellState
 
 QString titleOf(const CellState& state);
 QString speedText(int speedStep);
+QString durationText(const QDateTime& since);
 QString recordingText(const Recording& recording); // how long and how much
 
 // Follows the successful calls, whoever made them, and keeps a state for each cell of a wall. States hang on the cells'

@@ -1,17 +1,17 @@
 #include "host/wall/Deck.h"
 
+#include "host/wall/ErrorText.h"
+
+#include <QPointer>
 #include <QThread>
+
+#include <utility>
 
 namespace quillmark::lumen_wall {
 
 namespace {
 
-// Errors of windows have a message, those of the services a module and a code.
-QString errorText(const QString& function, const QJsonObject& error)
-{
-    const QString code = QStringLiteral("error %1").arg(error.value("errorCode").toInt());
-    return error.value("errorMessage").toString(function + ": " + code);
-}
+constexpr int kAtATime = 16; // calls that wait for servers
 
 } // namespace
 
@@ -21,10 +21,12 @@ Deck::Deck(QWidget* wall)
 {
     connect(&events_, &EventHub::happened, this, &Deck::onEvent);
     connect(&cells_, &CellBook::layoutChanged, this, [this] { select(0); });
+    apart_.setMaxThreadCount(kAtATime);
 }
 
 Deck::~Deck()
 {
+    apart_.waitForDone();
     call("LD_StopRealPlayAll");
     call("LD_Uninitialize");
 }
@@ -57,6 +59,21 @@ QJsonValue Deck::call(const char* function, const QJsonObject& args)
     return invoke(*findFunction(function), QJsonDocument(args)).result;
 }
 
+void Deck::askApart(const char* function, const QJsonObject& args, QObject* receiver,
+                    std::function<void(const QJsonValue&)> then)
+{
+    apart_.start([this, function, args, guard = QPointer<QObject>(receiver), then = std::move(then)] {
+        const QJsonValue answer = ask(function, args);
+        QMetaObject::invokeMethod(
+            this,
+            [=] {
+                if (guard)
+                    then(answer);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
 void Deck::note(const QString& function, const QJsonObject& args, const QJsonValue& result)
 {
     if (isError(result))
@@ -75,6 +92,11 @@ void Deck::select(int index)
 {
     selected_ = index;
     emit selectionChanged();
+}
+
+QString authOf(const QString& user, const QString& password)
+{
+    return user.isEmpty() ? QString() : user + ':' + password;
 }
 
 } // namespace quillmark::lumen_wall

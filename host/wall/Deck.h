@@ -6,6 +6,9 @@
 
 #include <QJsonObject>
 #include <QObject>
+#include <QThreadPool>
+
+#include <functional>
 
 namespace quillmark::lumen_wall {
 
@@ -26,6 +29,13 @@ public:
     void start(); // initialises the library on the wall
     QJsonValue call(const char* function, const QJsonObject& args = {});
     QJsonValue ask(const char* function, const QJsonObject& args = {}) const;
+
+    // Asks beside the wall, where a server is waited for; the answer comes to the main thread, if `receiver` is still
+    // there.
+    void askApart(const char* function, const QJsonObject& args, QObject* receiver,
+                  std::function<void(const QJsonValue&)> then);
+    bool settle(int milliseconds) { return apart_.waitForDone(milliseconds); } // false: some still wait
+
     QWidget* wall() const { return wall_; }
     EventHub& events() { return events_; }
     CellBook& cells() { return cells_; }
@@ -44,6 +54,10 @@ private:
     EventHub events_;
     CellBook cells_;
     int selected_ = 0;
+    QThreadPool apart_;
 };
+
+// The form in which the library takes a log-in.
+QString authOf(const QString& user, const QString& password);
 
 } // namespace quillmark::lumen_wall

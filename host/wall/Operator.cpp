@@ -20,9 +20,13 @@ constexpr int kRatioModes = 5;
 
 Operator::Operator(Deck& deck)
     : deck_(deck)
+    , talk_(deck)
+    , transfers_(deck)
 {
     connect(&deck_.events(), &EventHub::happened, this, &Operator::onEvent);
     connect(&deck_.cells(), &CellBook::layoutChanged, this, [this] { enlarged_ = -1; });
+    connect(&talk_, &Talk::reported, this, &Operator::reported);
+    connect(&transfers_, &Transfers::reported, this, &Operator::reported);
     connect(&deck_, &Deck::failed, this,
             [this](const QString& text) { emit reported(static_cast<int>(Severity::Failure), -1, text); });
 }

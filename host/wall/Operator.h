@@ -1,6 +1,8 @@
 #pragma once
 
 #include "host/wall/Deck.h"
+#include "host/wall/Talk.h"
+#include "host/wall/Transfers.h"
 
 #include <QObject>
 #include <QStringList>
@@ -16,6 +18,8 @@ public:
     explicit Operator(Deck& deck);
 
     Deck& deck() { return deck_; }
+    Talk& talk() { return talk_; }
+    Transfers& transfers() { return transfers_; }
     CellState current() const { return deck_.cells().state(deck_.selected()); }
     bool isPlaying(int cell) const;
     int grid() const { return grid_; }
@@ -68,6 +72,8 @@ private:
     void playAgain(int cell);
 
     Deck& deck_;
+    Talk talk_;
+    Transfers transfers_;
     int grid_ = 1;
     int enlarged_ = -1;
     bool dragable_ = false;

@@ -1,5 +1,6 @@
 #include "host/wall/RecordingWatch.h"
 
+#include "host/wall/LocalSettings.h"
 #include "host/wall/StreamMessages.h"
 
 #include <QDir>
@@ -16,7 +17,7 @@ constexpr qint64 kLowOnDisk = 3'000'000'000; // the library ends recordings at a
 
 QStringList recordingFolders(Deck& deck)
 {
-    const QJsonObject settings = deck.ask("LD_GetLocalConfig", {}).toObject().value("localConfig").toObject();
+    const QJsonObject settings = readSettings(deck);
     return {settings.value("recordPath").toString(), settings.value("playbackFilePath").toString()};
 }
 

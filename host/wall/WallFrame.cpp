@@ -9,6 +9,7 @@ WallFrame::WallFrame(QWidget* parent)
     , wall_(new QWidget(this))
 {
     setObjectName("wallFrame");
+    setFocusPolicy(Qt::ClickFocus); // a click on the wall takes the keys from the panels
     wall_->setObjectName("wall");
     wall_->installEventFilter(this);
 }

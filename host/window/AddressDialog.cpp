@@ -1,5 +1,7 @@
 #include "host/window/AddressDialog.h"
 
+#include "host/wall/Deck.h"
+
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QPushButton>
@@ -37,8 +39,7 @@ AddressDialog::AddressDialog(int cell, const CellState& before, QWidget* parent)
 
 void AddressDialog::choose()
 {
-    const QString auth = user_->text().isEmpty() ? QString() : user_->text() + ':' + password_->text();
-    emit chosen(address_->text().trimmed(), auth);
+    emit chosen(address_->text().trimmed(), authOf(user_->text(), password_->text()));
     accept();
 }
 

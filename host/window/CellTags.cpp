@@ -1,7 +1,8 @@
 #include "host/window/CellTags.h"
 
+#include "host/window/Mark.h"
+
 #include <QEvent>
-#include <QStyle>
 #include <QWindow>
 
 namespace quillmark::lumen_wall {
@@ -19,15 +20,6 @@ std::unique_ptr<QLabel> makeLabel(const char* name, QWidget* frame)
     label->winId();
     label->windowHandle()->setFlag(Qt::WindowTransparentForInput);
     return label;
-}
-
-void setMark(QLabel& label, const char* mark, bool on)
-{
-    if (label.property(mark).toBool() == on)
-        return;
-    label.setProperty(mark, on);
-    label.style()->unpolish(&label);
-    label.style()->polish(&label);
 }
 
 QString tagText(int index, const CellState& state)

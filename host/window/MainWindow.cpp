@@ -47,6 +47,7 @@ MainWindow::MainWindow()
     connect(deck_.get(), &Deck::selectionChanged, this, &MainWindow::refresh);
     connect(&deck_->cells(), &CellBook::changed, this, &MainWindow::refresh);
     connect(operator_.get(), &Operator::changed, this, &MainWindow::refresh);
+    connect(&operator_->talk(), &Talk::changed, this, &MainWindow::refresh);
     connect(operator_.get(), &Operator::sourceWanted, this, &MainWindow::askForFiles);
     connect(status_, &StatusLine::eventsWanted, this, [this] { showEvents_->trigger(); });
     connect(&poll_, &QTimer::timeout, this, &MainWindow::refresh);
@@ -154,6 +155,7 @@ void MainWindow::addPanels(QToolBar& bar)
         auto* dock = new QDockWidget(row.title, this);
         dock->setObjectName(row.name);
         dock->setWidget(row.make(*operator_, dock));
+        new PanelKeys(dock->widget());
         dock->hide();
         addDockWidget(row.area, dock);
         const QScopedPointer<QAction> looks(makeAction(nullptr, row.name, row.title, row.keys));
@@ -162,8 +164,21 @@ void MainWindow::addPanels(QToolBar& bar)
         toggle->setToolTip(looks->toolTip());
         toggle->setShortcuts(looks->shortcuts());
         bar.addAction(toggle);
+        connect(toggle, &QAction::triggered, this, [this, dock](bool on) {
+            if (on)
+                makeRoomFor(dock);
+        });
         if (qstrcmp(row.name, "events") == 0)
             showEvents_ = toggle;
+    }
+}
+
+// One panel a side, so that each has the height that it needs. One that floats is in nobody's way.
+void MainWindow::makeRoomFor(QDockWidget* dock)
+{
+    for (auto* other : findChildren<QDockWidget*>()) {
+        if (other != dock && !other->isFloating() && dockWidgetArea(other) == dockWidgetArea(dock))
+            other->hide();
     }
 }
 
@@ -208,6 +223,8 @@ void MainWindow::leave()
 {
     if (operator_->enlarged() >= 0)
         operator_->shrink();
+    else if (!frame_->hasFocus() && focusWidget())
+        frame_->setFocus();
     else
         fullScreen_->setChecked(false);
 }

@@ -15,6 +15,8 @@
 
 #include <memory>
 
+class QDockWidget;
+
 namespace quillmark::lumen_wall {
 
 // The operator's window: the wall, a toolbar above it, a status line below, and the panels' docks.
@@ -41,12 +43,13 @@ private:
     void addRatio(QToolBar& bar);
     void addViewActions(QToolBar& bar);
     void addPanels(QToolBar& bar);
+    void makeRoomFor(QDockWidget* dock);
     void addKeys();
     void addKey(const char* keys, void (*verb)(Operator&));
 
     void askForFiles(int cell);
     void askForAddress(int cell);
-    void leave(); // the enlarged cell, or else full screen
+    void leave(); // the enlarged cell, or else a panel's field, or else full screen
     void setFullScreen(bool on);
     int cellAt(const QPoint& position) const;
     void refresh();

@@ -21,4 +21,16 @@ struct PanelRow
 
 const std::vector<PanelRow>& panels();
 
+// Gives what stands in a panel its keys: blank, return and arrows are the wall's everywhere else.
+class PanelKeys : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PanelKeys(QWidget* panel);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
 } // namespace quillmark::lumen_wall

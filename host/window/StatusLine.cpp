@@ -1,8 +1,9 @@
 #include "host/window/StatusLine.h"
 
+#include "host/window/Mark.h"
+
 #include <QJsonObject>
 #include <QStringList>
-#include <QStyle>
 #include <QTime>
 
 namespace quillmark::lumen_wall {
@@ -24,6 +25,7 @@ QString motionText(const CellState& state, bool playing)
 StatusLine::StatusLine(Operator& wall)
     : operator_(wall)
     , cell_(new QLabel)
+    , talk_(new QLabel)
     , event_(new QPushButton)
 {
     cell_->setObjectName("cellLine");
@@ -33,7 +35,11 @@ StatusLine::StatusLine(Operator& wall)
     event_->setToolTip("The last event; click for all of them");
     setSizeGripEnabled(false);
     addWidget(cell_, 1);
+    talk_->setObjectName("talkLine");
+    talk_->setToolTip("The microphone is open");
+    addPermanentWidget(talk_);
     addPermanentWidget(event_);
+    talk_->hide();
     connect(event_, &QPushButton::clicked, this, &StatusLine::eventsWanted);
     connect(&wall, &Operator::reported, this, &StatusLine::report);
 }
@@ -52,6 +58,15 @@ void StatusLine::refresh(const CellState& state, bool playing)
     parts.append(state.trouble);
     parts.removeAll(QString());
     cell_->setText(parts.join("  ·  "));
+    showTalk();
+}
+
+void StatusLine::showTalk()
+{
+    const Talk& talk = operator_.talk();
+    talk_->setVisible(talk.state() != Talk::State::Silent);
+    talk_->setText(talkText(talk));
+    setMark(*talk_, "waiting", talk.state() == Talk::State::Opening);
 }
 
 QString StatusLine::pictureSize() const
@@ -68,9 +83,7 @@ void StatusLine::report(int severity, int cell, const QString& text)
 {
     const QString where = cell < 0 ? QString() : QStringLiteral("Window %1: ").arg(cell + 1);
     event_->setText(QTime::currentTime().toString("HH:mm:ss  ") + where + text);
-    event_->setProperty("severity", severity);
-    event_->style()->unpolish(event_);
-    event_->style()->polish(event_);
+    setMark(*event_, "severity", severity);
 }
 
 } // namespace quillmark::lumen_wall

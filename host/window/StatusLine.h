@@ -23,10 +23,12 @@ signals:
 
 private:
     QString pictureSize() const;
+    void showTalk();
     void report(int severity, int cell, const QString& text);
 
     Operator& operator_;
     QLabel* const cell_;
+    QLabel* const talk_;
     QPushButton* const event_;
 };
 

@@ -709,7 +709,10 @@ LUMEN_DECK_API QJsonDocument* LD_GetDecryptString(const QJsonDocument* args);
 
 /* ---- Uploads and device configuration ----
  * Over HTTP and HTTPS. `auth` is as for LD_Play. Files ending in ".exe" or ".dat" are refused with -1. `errorInfo` is
- * the server's own text. */
+ * the server's own text. What goes wrong with a transfer has a number, which polls report as the status and waiting
+ * calls, with a minus, as `errorCode`: 1 failed, 2 an address, log-in or header that cannot be sent, 3 cannot connect, 4
+ * certificate not trusted, 5 log-in refused, 6 not found, 7 refused by the server, 8 error of the server, 9 time-out, 10
+ * line cut, 11 the file cannot be read or written, 12 redirected too often, 13 the device reports a failure. */
 
 /* Starts the one upload in the background; a second start gives up the first.
  * in:  uploadUrl, statusUrl, auth  text

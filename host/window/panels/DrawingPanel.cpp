@@ -5,7 +5,6 @@
 #include <QFormLayout>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QKeyEvent>
 #include <QVBoxLayout>
 
 namespace quillmark::lumen_wall {
@@ -136,21 +135,9 @@ void DrawingPanel::addTexts(QFormLayout& form)
     form.addRow("Name", name_);
     form.addRow("Text", text_);
     form.addRow("", date_);
-    for (QLineEdit* const edit : {name_, text_}) {
-        edit->installEventFilter(this);
+    for (QLineEdit* const edit : {name_, text_})
         connect(edit, &QLineEdit::editingFinished, this, &DrawingPanel::setTexts);
-    }
     connect(date_, &QCheckBox::toggled, this, &DrawingPanel::setTexts);
-}
-
-// Return ends a text and does not enlarge the window as it does elsewhere.
-bool DrawingPanel::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() != QEvent::ShortcutOverride)
-        return QWidget::eventFilter(watched, event);
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    event->setAccepted(key == Qt::Key_Return || key == Qt::Key_Enter);
-    return event->isAccepted();
 }
 
 void DrawingPanel::showEvent(QShowEvent*)

@@ -28,7 +28,6 @@ public:
     QSize sizeHint() const override { return {250, 600}; }
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
