@@ -105,7 +105,7 @@ int CellBook::count() const
 
 CellState CellBook::state(int index) const
 {
-    return states_.value(cellWidget(wall_, index));
+    return states_.value(oneStream_ ? wall_ : cellWidget(wall_, index));
 }
 
 void CellBook::setTrouble(int index, const QString& trouble)
@@ -138,19 +138,39 @@ void CellBook::endRecording(int index)
 void CellBook::note(const QString& function, const QJsonObject& args)
 {
     const auto row = rows().constFind(function);
-    if (row == rows().constEnd())
-        return;
-    if (row->reach == Row::Reach::EveryCell) {
-        for (CellState& state : states_)
-            (this->*row->note)(state, args);
-    }
-    if (row->reach == Row::Reach::OneCell) {
-        if (CellState* state = stateOf(cellWidget(wall_, args.value("wndIndex"))))
-            (this->*row->note)(*state, args);
-    }
-    if (row->reach == Row::Reach::Layout)
-        emit layoutChanged();
+    if (row != rows().constEnd())
+        note(*row, args);
+    noteCorrection(function, args);
     emit changed();
+}
+
+void CellBook::note(const Row& row, const QJsonObject& args)
+{
+    if (row.reach == Row::Reach::EveryCell) {
+        for (CellState& state : states_)
+            (this->*row.note)(state, args);
+    }
+    if (row.reach == Row::Reach::OneCell) {
+        if (CellState* state = stateOf(cellWidget(wall_, args.value("wndIndex"))))
+            (this->*row.note)(*state, args);
+    }
+    if (row.reach == Row::Reach::Layout)
+        emit layoutChanged();
+}
+
+void CellBook::noteCorrection(const QString& function, const QJsonObject& args)
+{
+    const int type = args.value("type").toVariant().toInt();
+    if (function == "LD_SetCorrectionType" && (type == 0 || type == 1))
+        setOneStream(type == 1);
+    if (function == "LD_StopRealPlayAll")
+        setOneStream(false);
+}
+
+void CellBook::setOneStream(bool on)
+{
+    oneStream_ = on;
+    states_.remove(wall_);
 }
 
 void CellBook::notePlay(CellState& state, const QJsonObject& args)
@@ -233,6 +253,8 @@ void CellBook::noteRecordingEnd(CellState& state, const QJsonObject&)
 
 CellState* CellBook::stateOf(QWidget* cell)
 {
+    if (oneStream_)
+        return &states_[wall_];
     if (!cell)
         return nullptr;
     if (!states_.contains(cell))

@@ -64,6 +64,9 @@ public:
 
     void note(const QString& function, const QJsonObject& args);
 
+    // All windows show views of one fisheye stream, and share a state.
+    bool isOneStream() const { return oneStream_; }
+
 signals:
     void changed();
     void layoutChanged();
@@ -71,6 +74,7 @@ signals:
 private:
     using Note = void (CellBook::*)(CellState&, const QJsonObject&);
     struct Row;
+    void note(const Row& row, const QJsonObject& args);
     static const QHash<QString, Row>& rows();
 
     void notePlay(CellState& state, const QJsonObject& args);
@@ -88,10 +92,13 @@ private:
     void noteRecording(CellState& state, const QJsonObject& args);
     void noteRecordingEnd(CellState& state, const QJsonObject& args);
 
+    void noteCorrection(const QString& function, const QJsonObject& args);
+    void setOneStream(bool on);
     CellState* stateOf(QWidget* cell);
 
     QWidget* const wall_;
-    QHash<QObject*, CellState> states_;
+    QHash<QObject*, CellState> states_; // by cell, that of one stream by the wall
+    bool oneStream_ = false;
 };
 
 } // namespace quillmark::lumen_wall

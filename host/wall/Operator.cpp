@@ -1,6 +1,7 @@
 #include "host/wall/Operator.h"
 
 #include "host/Theme.h"
+#include "host/wall/LocalSettings.h"
 #include "host/wall/RecordingWatch.h"
 #include "host/wall/StreamMessages.h"
 
@@ -20,6 +21,7 @@ constexpr int kRatioModes = 5;
 
 Operator::Operator(Deck& deck)
     : deck_(deck)
+    , fisheye_(deck)
     , talk_(deck)
     , transfers_(deck)
 {
@@ -36,15 +38,25 @@ bool Operator::isPlaying(int cell) const
     return LD_IsWindowPlaying(deck_.wall(), cell);
 }
 
+// Leaves the views of a round picture; its stream is then shown as it is.
 void Operator::setGrid(int side)
 {
+    const CellState round = fisheye_.corrects() ? current() : CellState();
+    if (fisheye_.corrects())
+        deck_.call("LD_StopRealPlayAll");
     grid_ = side;
     arrange();
+    if (!round.source.isEmpty())
+        open(0, round.source, round.auth);
 }
 
 void Operator::setDragable(bool on)
 {
-    dragable_ = on;
+    dragable_ = on && !fisheye_.corrects(); // the mouse turns the views
+    if (fisheye_.corrects()) {
+        emit changed();
+        return;
+    }
     shrink();
     keepPlaces_ = true;
     arrange();
@@ -120,14 +132,18 @@ void Operator::open(int cell, const QString& source, const QString& auth)
 
 void Operator::openFrom(int cell, const QStringList& sources)
 {
-    const int room = std::min(sources.size(), deck_.cells().count() - cell);
+    const int room = std::min(sources.size(), fisheye_.corrects() ? 1 : deck_.cells().count() - cell);
     for (int i = 0; i < room; ++i)
         open(cell + i, sources[i]);
 }
 
 void Operator::start(int cell, const QString& source, const QString& auth, const QString& from)
 {
-    deck_.call("LD_Play", {{"wndIndex", cell}, {"url", source}, {"auth", auth}, {"startTime", from}});
+    deck_.call("LD_Play", {{"wndIndex", cell},
+                           {"url", source},
+                           {"auth", auth},
+                           {"startTime", from},
+                           {"customBuffNumber", readSettings(deck_).value("customBuffNumber").toVariant().toInt()}});
 }
 
 // The date of the picture on show, in the form that a start or stop time takes; empty if the source tells none.
@@ -280,7 +296,9 @@ void Operator::onEvent(int type, const QJsonObject& document)
     if (type == LD_EVENT_DOUBLE_CLICKED && cell >= 0)
         toggleEnlarged(cell);
     if (type == LD_EVENT_STREAM)
-        onStreamEvent(cell, document.value("eventType").toInt());
+        onStreamEvent(fisheye_.corrects() ? 0 : cell, document.value("eventType").toInt());
+    if (type == LD_EVENT_FISHEYE_PTZ)
+        emit reported(static_cast<int>(Severity::Note), -1, fisheyeReport(document.value("fishEyePTZInfo").toObject()));
 }
 
 void Operator::onStreamEvent(int cell, int code)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/wall/Deck.h"
+#include "host/wall/Fisheye.h"
 #include "host/wall/Talk.h"
 #include "host/wall/Transfers.h"
 
@@ -18,11 +19,12 @@ public:
     explicit Operator(Deck& deck);
 
     Deck& deck() { return deck_; }
+    Fisheye& fisheye() { return fisheye_; }
     Talk& talk() { return talk_; }
     Transfers& transfers() { return transfers_; }
     CellState current() const { return deck_.cells().state(deck_.selected()); }
     bool isPlaying(int cell) const;
-    int grid() const { return grid_; }
+    int grid() const { return fisheye_.corrects() ? 0 : grid_; } // 0: views of a round picture
     bool dragable() const { return dragable_; }
     int enlarged() const { return enlarged_; } // -1: none
 
@@ -72,6 +74,7 @@ private:
     void playAgain(int cell);
 
     Deck& deck_;
+    Fisheye fisheye_;
     Talk talk_;
     Transfers transfers_;
     int grid_ = 1;

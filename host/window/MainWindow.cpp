@@ -43,6 +43,7 @@ MainWindow::MainWindow()
     setStatusBar(status_);
     buildToolBar();
     addKeys();
+    new PanelKeys(this);
 
     connect(deck_.get(), &Deck::selectionChanged, this, &MainWindow::refresh);
     connect(&deck_->cells(), &CellBook::changed, this, &MainWindow::refresh);
@@ -116,7 +117,7 @@ void MainWindow::addSound(QToolBar& bar)
     actions_->addTo(bar, "sound");
     volume_ = new QSlider(Qt::Horizontal);
     volume_->setRange(0, 100);
-    volume_->setFixedWidth(90);
+    volume_->setFixedWidth(70);
     volume_->setFocusPolicy(Qt::NoFocus);
     volume_->setToolTip("Volume of the selected window  (Up, Down)");
     connect(volume_, &QSlider::valueChanged, operator_.get(), &Operator::setVolume);
@@ -155,7 +156,6 @@ void MainWindow::addPanels(QToolBar& bar)
         auto* dock = new QDockWidget(row.title, this);
         dock->setObjectName(row.name);
         dock->setWidget(row.make(*operator_, dock));
-        new PanelKeys(dock->widget());
         dock->hide();
         addDockWidget(row.area, dock);
         const QScopedPointer<QAction> looks(makeAction(nullptr, row.name, row.title, row.keys));
@@ -164,7 +164,7 @@ void MainWindow::addPanels(QToolBar& bar)
         toggle->setToolTip(looks->toolTip());
         toggle->setShortcuts(looks->shortcuts());
         bar.addAction(toggle);
-        connect(toggle, &QAction::triggered, this, [this, dock](bool on) {
+        connect(toggle, &QAction::toggled, this, [this, dock](bool on) {
             if (on)
                 makeRoomFor(dock);
         });

@@ -21,13 +21,14 @@ struct PanelRow
 
 const std::vector<PanelRow>& panels();
 
-// Gives what stands in a panel its keys: blank, return and arrows are the wall's everywhere else.
+// Gives what stands in a panel its keys, and an open list: blank, return and arrows are the wall's everywhere else. One
+// for the program.
 class PanelKeys : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit PanelKeys(QWidget* panel);
+    explicit PanelKeys(QObject* parent);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

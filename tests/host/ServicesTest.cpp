@@ -157,3 +157,25 @@ TEST_F(Services, ATalkIsOpenedBesideTheWallAndItsAddressesAreKept)
     EXPECT_TRUE(settings.open(QIODevice::ReadOnly));
     EXPECT_FALSE(settings.readAll().contains("hush"));
 }
+
+TEST_F(Services, SettingsHaveTheLibrarysDefaultsAndFoldersMustBePossible)
+{
+    const QJsonObject made = readSettings(deck); // by the library, as there was no file
+    for (const Setting& setting : settings()) {
+        const QString standard = made.value(setting.key).toVariant().toString();
+        EXPECT_EQ(standard.isEmpty() ? "0" : standard, standardOf(setting)) << setting.key;
+        EXPECT_EQ(objection(setting, standardOf(setting)), "") << setting.key;
+        EXPECT_NE(objection(setting, "99"), "") << setting.key;
+    }
+    const Setting& folder = settings().front();
+    EXPECT_EQ(objection(folder, root.filePath("new")), "") << "the library makes one level";
+    for (const QString& path :
+         {root.filePath("new/deeper"), root.filePath(".HarborKit/local.json"), QString("Web"), QString()})
+        EXPECT_NE(objection(folder, path), "") << path.toStdString();
+
+    EXPECT_TRUE(writeSettings(deck, {{folder.key, root.path()}}));
+    EXPECT_EQ(readSettings(deck).value("protocolType"), "0") << "the others stay";
+    QFile::remove(root.filePath(".HarborKit/local.json"));
+    ASSERT_TRUE(QDir(root.path()).mkpath(".HarborKit/local.json/in the way"));
+    EXPECT_FALSE(writeSettings(deck, {{folder.key, "/"}}));
+}

@@ -85,6 +85,21 @@ TEST_F(CellBookTest, SoundIsInOneCellAndEveryCellCanBeStopped)
     EXPECT_EQ(book.state(0).motion, Motion::None);
 }
 
+TEST_F(CellBookTest, ViewsOfOneStreamShareAStateUntilTheirEnd)
+{
+    book.note("LD_Play", {{"wndIndex", 0}, {"url", "plain"}});
+    book.note("LD_SetCorrectionType", {{"type", 7}});
+    EXPECT_FALSE(book.isOneStream());
+    book.note("LD_SetCorrectionType", {{"type", "1"}});
+    book.note("LD_Play", {{"wndIndex", 9}, {"url", "round"}}); // the window is not looked at
+    book.note("LD_Pause", {{"wndIndex", 1}});
+    EXPECT_EQ(book.state(0).source, "round");
+    EXPECT_TRUE(book.state(2).paused);
+    book.note("LD_StopRealPlayAll", {});
+    EXPECT_EQ(book.state(0).source, "plain");
+    EXPECT_EQ(book.state(0).motion, Motion::None);
+}
+
 TEST_F(CellBookTest, AStateMovesWithItsCellAndEndsWithIt)
 {
     book.note("LD_SetWndRatioMode", {{"wndIndex", 0}, {"mode", 7}});
