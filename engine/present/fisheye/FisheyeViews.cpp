@@ -143,6 +143,10 @@ Failure FisheyeViews::drag(int viewId, int ownViewId, Point start, Point from, P
     if (moved->correct != CorrectType::View)
         return Failure::WrongState;
     const Point inside = LensModel().intoCircle(start);
+    if (from.x == to.x && from.y == to.y) {
+        position = inside;
+        return Failure::None;
+    }
     if (viewId != ownViewId) {
         const auto answer = own->geometry().movedBox(inside, from, to);
         position = answer.value_or(position);
