@@ -16,7 +16,6 @@
 #include <fstream>
 #include <string>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -33,21 +32,16 @@ struct Cost
     std::uint64_t shown = 0;         // windows drawn with a new picture
 };
 
-// utime and stime, the 14th and 15th field; the second one, the name, stands in parentheses.
+// Nanoseconds on a processor stand first in "schedstat".
 Cost processorTime()
 {
     Cost cost;
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream file(task.path() / "stat");
-        const std::string line(std::istreambuf_iterator<char>(file), {});
-        const std::size_t end = line.rfind(')');
-        if (end == std::string::npos)
-            continue;
-        unsigned long user = 0;
-        unsigned long system = 0;
-        std::sscanf(line.c_str() + end + 2, "%*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %lu %lu", &user, &system);
-        const double seconds = static_cast<double>(user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
-        (line.find("(llvmpipe") != std::string::npos ? cost.rasteriser : cost.rest) += seconds;
+        std::string name;
+        double nanoseconds = 0;
+        std::ifstream(task.path() / "comm") >> name;
+        std::ifstream(task.path() / "schedstat") >> nanoseconds;
+        (name.rfind("llvmpipe", 0) == 0 ? cost.rasteriser : cost.rest) += nanoseconds / 1e9;
     }
     return cost;
 }
