@@ -6,12 +6,23 @@
 #include <QDir>
 #include <QStorageInfo>
 
+#include <algorithm>
+
 namespace quillmark::lumen_wall {
 
 namespace {
 
 constexpr int kPeriodMs = 1000;
 constexpr qint64 kLowOnDisk = 3'000'000'000; // the library ends recordings at a third of it
+
+// A folder that is not there yet will stand in what is there of its path.
+qint64 roomFor(const QString& folder)
+{
+    QFileInfo place(folder);
+    while (!place.exists() && place.path() != place.filePath())
+        place.setFile(place.path());
+    return QStorageInfo(place.filePath()).bytesAvailable();
+}
 
 } // namespace
 
@@ -43,12 +54,15 @@ void RecordingWatch::look()
     if (folders.isEmpty())
         warned_ = false;
     else
-        lookAtDisk(folders.first());
+        lookAtDisk(folders);
 }
 
-void RecordingWatch::lookAtDisk(const QString& folder)
+// The folders may lie on two disks; the one with less room counts.
+void RecordingWatch::lookAtDisk(const QStringList& folders)
 {
-    const qint64 free = QStorageInfo(folder).bytesAvailable();
+    qint64 free = kLowOnDisk;
+    for (const QString& folder : folders)
+        free = std::min(free, roomFor(folder));
     if (free >= kLowOnDisk || warned_)
         return;
     warned_ = true;

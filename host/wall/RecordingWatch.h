@@ -19,7 +19,7 @@ signals:
 
 private:
     void look();
-    void lookAtDisk(const QString& folder);
+    void lookAtDisk(const QStringList& folders);
     qint64 bytesOf(const Recording& recording, const QStringList& folders) const;
 
     Deck& deck_;

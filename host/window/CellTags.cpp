@@ -70,7 +70,8 @@ void CellTags::update(int index, Tag& tag)
     tag.hint->setText(room.width() > kWidestHint ? "Drop a video here, or press Ctrl+O" : "Ctrl+O");
     place(*tag.name, room, Qt::AlignLeft | Qt::AlignTop);
     place(*tag.hint, room, Qt::AlignCenter);
-    tag.name->setVisible(shown_ && !cell->isHidden());
+    const bool standsStill = !state.trouble.isEmpty(); // must not pass for live, names or not
+    tag.name->setVisible((shown_ || standsStill) && !cell->isHidden());
     tag.hint->setVisible(shown_ && !cell->isHidden() && state.motion == Motion::None && state.source.isEmpty());
 }
 
