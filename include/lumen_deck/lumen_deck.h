@@ -16,9 +16,8 @@
  * ---- Threads ----
  *
  * Queued    Any thread may call. The body runs on the main widget's thread, in the order of the calls, and the caller
- *           waits for it without a time limit: do not call from a thread that the main thread is waiting for. A call
- *           from the main widget's thread runs at once. A call that still waits when its main widget or the application
- *           goes is refused with 501.
+ *           waits for it without a time limit: do not call from a thread that the main thread is waiting for. From the
+ *           main widget's thread it runs at once; waiting when that widget or the application goes, it is refused, 501.
  * Direct    The body runs on the caller's thread. Functions that take a widget belong on the main widget's thread then;
  *           the services, which take none, may be called from any thread, several at a time.
  *
@@ -51,15 +50,12 @@
  *              "an required field is missing from json object, required key is KEY"
  *              "error retrieving an optional field KEY, type mismatch, required type is TYPE"
  *              "error parsing refence key KEY, type mismatch, type required is int, std::size_t or QString"
- *     501  "invalid status error": not in this state, or not in this build
- *              "NAME: the operation is not available in this build"
- *     502  "reference error": no such window
- *              "play_window reference can not be found"
- *     any other number  "tide_pipe error": the stream engine refused; the number is its error code, repeated in
- *          `tide_pipe_error_code`, and the message is "WHAT, TidePipe Call returns RESULT, TP_GetLastError() returns
- *              CODE": 1 bad argument, 2 no such id, 3 not supported, 4 wrong state, 5 no window, 6 no display, 7 cannot
- *              be opened, 8 no picture, 9 cannot be written, 10 sound, 11 HTTP, 12 log-in refused, 13 time-out, 14
- *              protection, 15 too long, 16 no memory, 17 internal
+ *     501  "invalid status error": not in this state
+ *     502  "reference error": no such window, "play_window reference can not be found"
+ *     any other number  "tide_pipe error": the stream engine refused; the number is its code, in `tide_pipe_error_code`
+ *          too: 1 bad argument, 2 no such id, 3 not supported, 4 wrong state, 5 no window, 6 no display, 7 cannot be
+ *          opened, 8 no picture, 9 cannot be written, 10 sound, 11 HTTP, 12 log-in refused, 13 time-out, 14 protection,
+ *          15 too long, 16 no memory, 17 internal; "WHAT, TidePipe Call returns RESULT, TP_GetLastError() returns CODE"
  *
  * The services ("Local configuration" to "Downloads and upgrade") answer in another form, told there.
  */
@@ -69,6 +65,10 @@
 
 class QWidget;
 
+#define LUMEN_DECK_VERSION_MAJOR 1 /* docs/api-changes.md tells what the numbers promise */
+#define LUMEN_DECK_VERSION_MINOR 0
+#define LUMEN_DECK_VERSION_PATCH 0
+#define LUMEN_DECK_VERSION "1.0.0"
 #define LUMEN_DECK_API __attribute__((visibility("default")))
 
 extern "C" {
@@ -547,8 +547,8 @@ LUMEN_DECK_API QJsonDocument* LD_DisableEZoom(QWidget* mainWindow);
  * correction: one LD_Play feeds an arrangement of dewarped views, which the user moves with the mouse.
  *
  * Queued. Requests are objects; their keys are required, and a text that holds a number counts as the number. Most act
- * on the view in the selected window, on that of window 0 when the selected one is not of the arrangement. errors of
- * each: 500 "setJsonParam param error" for no object, and the message given. */
+ * on the view in the selected window, on that of window 0 when the selected one is not of the arrangement.
+ * errors of each: 500 "setJsonParam param error" for no object, and the message given. */
 
 /* Ends the views of the arrangement. Before LD_ArrangeFECWindow, whose settings it would put back.
  * in: type  int  0 device expansion, 1 software correction; others are ignored
@@ -662,15 +662,15 @@ LUMEN_DECK_API QJsonDocument* LD_SRPTZ(QWidget* mainWindow, const QJsonDocument*
  * Paths: ROOT is the folder that the environment variable PWD names, "/opt/quillmark" without one. */
 
 /* ---- Local configuration ----
- * The user's settings, in ROOT/.HarborKit/local.json, made with its defaults and the folders below ROOT/Web at the
- * first use. Values are texts, numbers as decimals: protocolType, buffNumberType, packgeSize, playWndType,
- * captureFileFormat, recordPath, capturePath, playbackFilePath, playbackPicPath, downloadPath, ivsMode, osdPosInfo,
- * osdPicInfo, showFireBox, showFireDistance, showFireMaxTemperature, showFireMaxTemperaturePos, showTemperatureBox,
- * showTemperatureLine, showTemperaturePoint, captureIncludeTemperatureInfo; and others that the library only keeps. */
+ * The user's settings, in ROOT/.HarborKit/local.json, made with the folders below ROOT/Web at the first use. Values are
+ * texts, numbers as decimals: protocolType, buffNumberType, packgeSize, playWndType, captureFileFormat, recordPath,
+ * capturePath, playbackFilePath, playbackPicPath, downloadPath, ivsMode, osdPosInfo, osdPicInfo, showFireBox,
+ * showFireDistance, showFireMaxTemperature, showFireMaxTemperaturePos, showTemperatureBox, showTemperatureLine,
+ * showTemperaturePoint, captureIncludeTemperatureInfo; and only kept: customBuffNumber, streamType, realPlayAll,
+ * showWizard, secretKey, snapScenePicPath, snapViewPicPath, FaceSnapPicPath and what the host adds. */
 
 /* `args` are not read.
- * out: {"errorModule": "", "errorCode": 0, "localConfig": {...}}, or "getLocalConfig" and -1 when the file can be
- *      neither read nor made */
+ * out: {"errorModule": "", "errorCode": 0, "localConfig": {...}}, or "getLocalConfig" and -1 without such a file */
 LUMEN_DECK_API QJsonDocument* LD_GetLocalConfig(const QJsonDocument* args);
 
 /* Lays settings over those last read, and writes the file whole. Read first. Always null.

@@ -56,7 +56,8 @@ bool tooSoon(Kind kind, unsigned long timestamp)
 
 QJsonArray pointInCell(const QPoint& position, const QWidget& cell)
 {
-    return {static_cast<double>(position.x()) / cell.width(), static_cast<double>(position.y()) / cell.height()};
+    const QSize size = cell.size().expandedTo({1, 1}); // one without size has its pointer at the edge, not nowhere
+    return {static_cast<double>(position.x()) / size.width(), static_cast<double>(position.y()) / size.height()};
 }
 
 int wheelDelta(const QWheelEvent& wheel)

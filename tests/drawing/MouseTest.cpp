@@ -88,6 +88,7 @@ TEST_F(Mouse, aPolygonEndsByTheRightButton)
 
 TEST_F(Mouse, aBrokenLineIsSilentAtItsLimitOnly)
 {
+    const journal::Tolerated capitals;
     take("Line", R"({"maxPointSupport":2})");
     click({100, 100});
     click({300, 100});
@@ -145,6 +146,7 @@ TEST_F(Mouse, callbackModeReportsWholeShapesAndGoesOn)
 
 TEST_F(Mouse, thePressPicksTheNearestShapeAndAmongEqualsTheTopOne)
 {
+    const journal::Tolerated capitals;
     ask(LD_SetPolygonInfo, R"({"polygonInfo":[
         {"id":1,"points":[[0.1,0.1],[0.9,0.1],[0.9,0.9],[0.1,0.9]]},
         {"id":2,"points":[[0.4,0.4],[0.6,0.4],[0.6,0.6],[0.4,0.6]]},

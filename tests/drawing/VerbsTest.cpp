@@ -31,6 +31,7 @@ TEST_F(Verbs, linesAreListedBeforeBrokenLines)
 
 TEST_F(Verbs, clearWhatTheirWordSays)
 {
+    const journal::Tolerated words;
     struct Row
     {
         QByteArray request;
@@ -63,6 +64,7 @@ TEST_F(Verbs, clearWhatTheirWordSays)
 
 TEST_F(Verbs, selectingGoesByIdWhateverTheWord)
 {
+    const journal::Tolerated words;
     addAll();
     const auto selected = [&] {
         QList<int> ids;
@@ -82,6 +84,7 @@ TEST_F(Verbs, selectingGoesByIdWhateverTheWord)
 
 TEST_F(Verbs, aBadShapeKeepsTheOnesBeforeIt)
 {
+    const journal::Tolerated badShapes;
     const wall::Answer answer = ask(LD_SetRectInfo, R"({"rectInfo":[
         {"id":1,"points":[[0.1,0.1],[0.1,0.2],[0.2,0.2],[0.2,0.1]]}, {"id":2}, {"id":3,"points":[[0,0],[0,1],[1,1],[1,0]]}]})");
     EXPECT_EQ(answer.message(), "an required field is missing from json object, required key is points");
@@ -103,6 +106,7 @@ TEST_F(Verbs, aShapeUnderTheIdOfTheRunningToolEndsIt)
 
 TEST_F(Verbs, overlaysComeAndGoTogether)
 {
+    const journal::Tolerated badShapes;
     EXPECT_TRUE(ask(LD_SetTextOverlay, R"({"overlayInfo":{"width":352,
         "channelName":{"name":"gate","enable":true,"point":[0.1,0.1]},
         "text":[{"bad":true},{"text":"hall","id":1,"enable":true,"point":[0.2,0.1]}]}})")

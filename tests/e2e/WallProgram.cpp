@@ -1,5 +1,7 @@
 #include "tests/e2e/WallProgram.h"
 
+#include "tests/support/Journal.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -89,6 +91,8 @@ QImage WallProgram::screenshot()
 
 void WallProgram::send(const QByteArray& line)
 {
+    const QJsonObject request = QJsonDocument::fromJson(line).object();
+    sent_[request.value("id").toInt()] = request;
     process_.write(line + '\n');
     process_.waitForBytesWritten();
 }
@@ -154,5 +158,21 @@ void WallProgram::read()
         const QJsonDocument line = QJsonDocument::fromJson(process_.readLine());
         brokenLines_ += line.isObject() ? 0 : 1;
         lines_.append(line.object());
+        keepInJournal(line.object());
     }
+}
+
+void WallProgram::keepInJournal(const QJsonObject& line)
+{
+    journal::write({{"line", line}});
+    const QJsonObject request = sent_.value(line.value("id").toInt());
+    const QJsonValue result = line.value("result");
+    if (line.contains("event"))
+        journal::write({{"event", line.value("event")}, {"document", line.value("document")}});
+    else if (line.contains("result") && request.contains("status"))
+        journal::write({{"status", result}});
+    else if (line.contains("result") && request.contains("call"))
+        journal::write({{"call", request.value("call")},
+                        {"request", request.contains("args") ? request.value("args") : QJsonObject()},
+                        {"answer", result}});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -37,9 +38,11 @@ private:
     using Test = std::function<bool(const QJsonObject&)>;
     std::optional<QJsonObject> take(const Test& test, int waitMs);
     void read();
+    void keepInJournal(const QJsonObject& line);
 
     QProcess process_;
     QList<QJsonObject> lines_; // not yet asked for
+    QHash<int, QJsonObject> sent_;
     int lastId_ = 0;
     int brokenLines_ = 0;
 };

@@ -88,6 +88,9 @@ protected:
     }
 
     std::vector<QByteArray> values_;
+
+private:
+    const journal::Tolerated lenient_;
 };
 
 TEST_F(BadDocumentsTest, functionsOfAWindow)

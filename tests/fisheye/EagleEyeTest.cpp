@@ -10,6 +10,7 @@ using EagleEyeTest = wall::FisheyeTest;
 
 TEST_F(EagleEyeTest, turnsByRequest)
 {
+    const journal::Tolerated outOfRange;
     EXPECT_EQ(ask(LD_SRPTZ, R"({"wndIndex":0,"direction":0,"step":1})").message(), "setEagleEyePTZ not on play");
     EXPECT_TRUE(ask(LD_SRInit, R"({"wndIndex":0,"type":1})").null);
     EXPECT_TRUE(ask(LD_SRInit, R"({"wndIndex":0,"type":2})").null) << "leaves the type as it was";

@@ -28,6 +28,7 @@ protected:
 
 TEST_F(MovesTest, stepsByMountingRoleAndDirection)
 {
+    const journal::Tolerated outOfRange;
     struct Step
     {
         int arrangement;
@@ -74,6 +75,7 @@ TEST_F(MovesTest, stepsByMountingRoleAndDirection)
 
 TEST_F(MovesTest, theSelectedViewScansUntilAllAreStopped)
 {
+    const journal::Tolerated outOfRange;
     playViews(4);
     press(1, {50, 50}); // selects it
     release(1, {50, 50});
@@ -98,6 +100,7 @@ TEST_F(MovesTest, theSelectedViewScansUntilAllAreStopped)
 
 TEST_F(MovesTest, cruisesInACircle)
 {
+    const journal::Tolerated outOfRange;
     playViews(2);
     ASSERT_EQ(ask(LD_StartFECCruise, R"({"fishEyePresetList":[{"xPoint":0.1,"yPoint":0.2,"zPoint":-0.3,"time":2},
         {"xPoint":1e300,"time":-5},{"time":1e300},{"time":2.5}]})")
@@ -131,6 +134,7 @@ TEST_F(MovesTest, cruisesInACircle)
 
 TEST_F(MovesTest, presetsAndTheListOfViews)
 {
+    const journal::Tolerated outOfRange;
     playViews(15);
     EXPECT_EQ(ask(LD_FishEyeSetPreset, R"({"fishEyePreset":{"xPoint":0.25,"yPoint":"a"}})").message(), "");
     EXPECT_EQ(update(), "mask 10 at 0.250000,0.000000,0.000000,0.000000");

@@ -57,6 +57,7 @@ const Bad kWithoutViews[] = {
 
 TEST_F(RequestTest, badOnesAreToldAndChangeNothing)
 {
+    const journal::Tolerated badRequests;
     const auto refuse = [&](const Bad& bad) {
         const int windows = LD_WindowCount(&main());
         forget();
@@ -84,6 +85,7 @@ TEST_F(RequestTest, badOnesAreToldAndChangeNothing)
 
 TEST_F(RequestTest, lenientValuesAndThoseThatAreIgnored)
 {
+    const journal::Tolerated badRequests;
     EXPECT_TRUE(ask(LD_SetCorrectionType, R"({"type":2})").null);
     EXPECT_TRUE(ask(LD_SetPlaceType, R"({"type":2147483647})").null);
     EXPECT_TRUE(ask(LD_SetFishWndProperty, R"({"wndIndex":"0","type":7,"id":[]})").null) << "an unknown role";

@@ -45,6 +45,7 @@ TEST_F(ArrangementTest, GridsAreComputedRowByRow)
 
 TEST_F(ArrangementTest, TypeOrCustomLayout)
 {
+    const journal::Tolerated outOfRange;
     arrange(R"({"type":3})");
     EXPECT_EQ(count(), 9);
     arrange(R"({"custom":[],"type":1})");
@@ -78,6 +79,7 @@ TEST_F(ArrangementTest, RatioOfAGridIsTheConfiguredOne)
 
 TEST_F(ArrangementTest, RatioAndResolutionCountAtTheNextResize)
 {
+    const journal::Tolerated outOfRange;
     arrange(R"({"type":1})");
     main().resize(202, 402);
     main().show();

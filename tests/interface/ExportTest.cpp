@@ -73,6 +73,7 @@ TEST(Export, NoMainWindowIsAnsweredWithAnError)
 // Null, no document, an array where an object belongs, and an object where every value is wrong.
 TEST(Export, BadDocumentsChangeNoWindow)
 {
+    const journal::Tolerated badDocuments;
     QWidget main;
     wall::take(LD_Initialize(&main));
     const QJsonDocument empty;

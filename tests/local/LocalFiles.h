@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Journal.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>

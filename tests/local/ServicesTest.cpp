@@ -53,6 +53,7 @@ protected:
 
 TEST_F(ServicesTest, stringsGoThroughTheEngine)
 {
+    const journal::Tolerated wrongTypes;
     EXPECT_EQ(call(LD_SetSecretKey, {{"keyType", 2}, {"key", "größe"}}), kNull);
     EXPECT_EQ(last("TP_SetSecretKey"), (Arguments{"2", "größe"}));
     engine_double::answer("TP_SetSecretKey", -4);
@@ -98,6 +99,7 @@ TEST_F(ServicesTest, programsAndTheirDataAreNeverSent)
 
 TEST_F(ServicesTest, uploadHasOneSlot)
 {
+    const journal::Tolerated wrongTypes;
     engine_double::giveText("TP_GetUploadErrorInfo", "too large");
     const QJsonObject request{{"uploadUrl", "u"}, {"statusUrl", "s"}, {"auth", "a"},
                               {"filepath", "/f"}, {"pReserve", 7},    {"iReserve", 1}};
@@ -269,6 +271,7 @@ TEST_F(ServicesTest, upgradeHasOneSlot)
 
 TEST_F(ServicesTest, anyThreadMayCallWithAnyRequest)
 {
+    const journal::Tolerated wrongTypes;
     const QString longName(10000, 'n');
     const QJsonObject wild[] = {
         {},

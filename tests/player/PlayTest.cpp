@@ -94,6 +94,7 @@ TEST_F(PlayTest, tellsTheKindOfStreamFromTheUrl)
 
 TEST_F(PlayTest, transcodingUrlsTakeTheWindowsBlock)
 {
+    const journal::Tolerated outOfRange;
     play("h/TransCoding/1");
     EXPECT_EQ(playArguments().at(7), std::string(56, '0')) << "made on the way, all zero";
     ask(LD_Stop, R"({"wndIndex":0})");

@@ -153,6 +153,7 @@ public:
 
 TEST_F(TransportTest, companionsTakePart)
 {
+    const journal::Tolerated noAddress;
     auto* fisheye = new Fisheye(&main());
     QPointer<EagleEye> eagleEye = new EagleEye(main().findChildren<IPlayWindow*>().at(0));
     play();
@@ -236,6 +237,7 @@ TEST_F(TransportTest, queryAnswersTheSizeOrNothing)
 
 TEST_F(TransportTest, volumeIsPercentInSixteenBits)
 {
+    const journal::Tolerated wrongVolumes;
     const std::pair<const char*, const char*> volumes[] = {
         {"100", "65535"}, {"50", "32767"}, {"1", "655"},     {"0", "0"},      {"\"50\"", "32767"},
         {"\"x\"", "0"},   {"101", "654"},  {"-1", "64881"},  {"true", "655"}, {"[]", "0"},

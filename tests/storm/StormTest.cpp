@@ -311,6 +311,7 @@ Storm* Storm::theStorm = nullptr;
 
 TEST(StormTest, hostEngineAndMainThreadAtOnce)
 {
+    const journal::Tolerated allKeysAtOnce;
     const Watchdog watchdog(120s);
     wall::silenceLog();
     engine_double::reset();

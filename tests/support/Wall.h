@@ -3,6 +3,7 @@
 #include "include/lumen_deck/lumen_deck.h"
 #include "src/local_info.h"
 #include "tests/double/EngineDouble.h"
+#include "tests/support/Journal.h"
 
 #include <QFile>
 #include <QJsonDocument>
