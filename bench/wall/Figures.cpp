@@ -33,13 +33,17 @@ QByteArray statusValue(const char* key)
 
 QJsonObject Figures::toJson() const
 {
-    return {{"cpuPerFrame", cpuPerFrame}, {"shownShare", shownShare}, {"threads", threads}, {"memory", memory}};
+    return {{"cpuPerFrame", cpuPerFrame},
+            {"shownShare", shownShare},
+            {"threads", threads},
+            {"memory", memory},
+            {"hiddenShare", hiddenShare}};
 }
 
 Figures Figures::fromJson(const QJsonObject& json)
 {
     return {json["cpuPerFrame"].toDouble(), json["shownShare"].toDouble(), json["threads"].toInt(),
-            json["memory"].toDouble()};
+            json["memory"].toDouble(), json["hiddenShare"].toDouble()};
 }
 
 double processCpuSeconds()

@@ -11,7 +11,8 @@ struct Figures
     double cpuPerFrame = 0; // milliseconds of the process, a shown frame
     double shownShare = 0;  // of the frames that the clips have, 0..1
     int threads = 0;
-    double memory = 0; // megabytes a window, above the wall without streams
+    double memory = 0;      // megabytes a window, above the wall without streams
+    double hiddenShare = 0; // of its processor time, that the wall takes while it is hidden
 
     QJsonObject toJson() const;
     static Figures fromJson(const QJsonObject& json);

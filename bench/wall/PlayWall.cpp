@@ -78,6 +78,17 @@ PlayIds playAll(QWidget& wall, int windows, const QString& clip)
     return ids;
 }
 
+// Processors in use, after a while in which what has just changed settles.
+double loadOf(double seconds, double settling)
+{
+    runFor(settling);
+    QElapsedTimer clock;
+    clock.start();
+    const double before = processCpuSeconds();
+    runFor(seconds);
+    return (processCpuSeconds() - before) * 1e9 / static_cast<double>(clock.nsecsElapsed());
+}
+
 } // namespace
 
 Figures playWall(int windows, const QString& clip, int framesPerSecond, QSize size, double seconds)
@@ -110,6 +121,8 @@ Figures playWall(int windows, const QString& clip, int framesPerSecond, QSize si
     figures.shownShare = shown / (passed * framesPerSecond * windows);
     figures.threads = threadCount();
     figures.memory = (residentMegabytes() - memoryBefore) / windows;
+    wall.hide();
+    figures.hiddenShare = loadOf(seconds, 2.5) / (cpu / passed);
     return figures;
 }
 

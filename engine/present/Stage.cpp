@@ -271,6 +271,7 @@ void Stage::lose(View& view)
 
 TimePoint Stage::work()
 {
+    tellWatched();
     const TimePoint next = takeDue(Clock::now());
     if (const auto view = longestWaiting()) {
         draw(*view);
@@ -284,6 +285,19 @@ TimePoint Stage::work()
     const TimePoint end = Clock::now();
     stillNotBefore_ = end + kStillPause * (end - start);
     return TimePoint::min();
+}
+
+// A source is watched as long as one of its windows can be seen.
+void Stage::tellWatched()
+{
+    for (const auto& view : views_) {
+        Channel* const channel = view->channel.get();
+        const bool watched = std::any_of(views_.begin(), views_.end(), [channel](const auto& other) {
+            return other->channel.get() == channel && other->canBeSeen();
+        });
+        if (std::exchange(channel->watched, watched) != watched)
+            channel->source->setWatched(watched);
+    }
 }
 
 // Every channel gives its due picture even when nobody sees it: the stream goes on. Answers when the next one is due.

@@ -51,6 +51,7 @@ private:
     void resize(View& view, int width, int height);
     void lose(View& view);
 
+    void tellWatched();
     TimePoint takeDue(TimePoint now);
     void take(Channel& channel, TimePoint due, TimePoint now);
     std::shared_ptr<View> longestWaiting() const;

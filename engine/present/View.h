@@ -17,6 +17,7 @@ struct Channel
     std::shared_ptr<PictureSource> source;
     FrameTexture texture;
     TimePoint lastTaken; // when it last gave a new picture
+    bool watched = true; // as the source was told
 };
 
 // One window that shows a channel. Render thread only.

@@ -36,16 +36,21 @@ Microseconds Feed::positionOf(const AVFrame& frame) const
     return progress_.position ? *progress_.position + interval_ : Microseconds::zero();
 }
 
-PictureQueue::Pushed Feed::show(FramePtr frame, Microseconds position)
+PicturePtr Feed::makePicture(FramePtr frame, Microseconds position)
 {
-    const PictureSize size{frame->width, frame->height};
     auto picture = std::make_shared<Picture>();
     picture->frame = std::move(frame);
     picture->position = position;
     picture->serial = ++progress_.serial;
+    return picture;
+}
+
+PictureQueue::Pushed Feed::show(FramePtr frame, Microseconds position)
+{
+    const PictureSize size{frame->width, frame->height};
     progress_.position = position;
     learnWallClock(position);
-    const auto pushed = state_.queue.push(std::move(picture));
+    const auto pushed = state_.queue.push(makePicture(std::move(frame), position));
     news_.pictureCame(size);
     return pushed;
 }

@@ -39,6 +39,7 @@ public:
 protected:
     bool openVideo(); // false when the source has no pictures, or none that can be decoded
     Microseconds positionOf(const AVFrame& frame) const;
+    PicturePtr makePicture(FramePtr frame, Microseconds position);
     PictureQueue::Pushed show(FramePtr frame, Microseconds position);
 
     StreamState& state_;

@@ -13,6 +13,7 @@ constexpr Microseconds kSoundAhead = 200ms; // how far the voice is ahead of the
 constexpr Microseconds kLookAhead = 1500ms; // how far a file is read ahead in search of the sound
 constexpr Microseconds kLiveLookAhead = 400ms;
 constexpr std::size_t kMostWaiting = 500; // packets
+constexpr Microseconds kKeyInterval = 1s; // how often a picture is made that nobody watches, for snapshots
 
 } // namespace
 
@@ -74,14 +75,94 @@ bool ForwardFeed::handlePicture(const AVPacket& packet)
 bool ForwardFeed::decodeWhatMay()
 {
     while (!pictures_.empty() && !waitsForSound()) {
-        const PacketPtr packet = std::move(pictures_.front());
+        PacketPtr packet = std::move(pictures_.front());
         pictures_.pop_front();
-        video_->send(packet.get());
-        if (!showAll())
+        if (!decode(std::move(packet)))
             return false;
     }
     playSound();
     return true;
+}
+
+bool ForwardFeed::decode(PacketPtr packet)
+{
+    const auto position = decodingStampOf(*packet);
+    if (position && mayPassOver(*packet))
+        return passOver(std::move(packet), *position);
+    if (!catchUp())
+        return false;
+    video_->send(packet.get());
+    return showAll();
+}
+
+// The first picture is made in any case: with it the stream counts as open.
+bool ForwardFeed::mayPassOver(const AVPacket& packet) const
+{
+    const bool isUseless = passed_.needsKey() && !isKey(packet);
+    return progress_.serial != firstSerial_ && (isUseless || !state_.queue.isWatched());
+}
+
+// Goes on in time without decoding. Of the key pictures one a second is made.
+bool ForwardFeed::passOver(PacketPtr packet, Microseconds position)
+{
+    if (span_.stop && position >= *span_.stop) {
+        reachedStop_ = catchUp(); // the last picture stays on show
+        return false;
+    }
+    if (!bridgeJump(position))
+        return false;
+    const Microseconds last = progress_.position.value_or(position);
+    const bool isMade = isKey(*packet) && Clock::now() - keyShownAt_ >= kKeyInterval;
+    if (isMade && !showAlone(*packet))
+        return false;
+    passed_.add(std::move(packet));
+    progress_.position = position < last - kBackJump ? position : std::max(last, position);
+    const bool goesOn = reader_.info().live ? !state_.guard.isStopped()
+                                            : restDuring([&] { return state_.queue.passUntilDue(position); });
+    news_.goesOn();
+    return goesOn;
+}
+
+// Without those that follow, which some decoders wait for.
+bool ForwardFeed::showAlone(const AVPacket& packet)
+{
+    keyShownAt_ = Clock::now();
+    video_->flush();
+    video_->send(&packet);
+    video_->send(nullptr);
+    const bool goesOn = showAll();
+    video_->flush();
+    return goesOn;
+}
+
+// Somebody watches again: makes the present picture from what was passed over.
+bool ForwardFeed::catchUp()
+{
+    if (passed_.startsWithKey() || passed_.needsKey())
+        video_->flush();
+    if (passed_.isEmpty()) {
+        passed_.clear();
+        return true;
+    }
+    resumesAt_ = progress_.position;
+    for (const PacketPtr& packet : passed_.take()) {
+        video_->send(packet.get());
+        if (!showAll())
+            return false;
+    }
+    showLatest();
+    return true;
+}
+
+// A live picture that is held stays.
+void ForwardFeed::showLatest()
+{
+    const bool stays = reader_.info().live && state_.queue.isHeld();
+    if (latest_ && !stays) {
+        const Microseconds position = positionOf(*latest_);
+        state_.queue.replace(makePicture(std::move(latest_), position));
+    }
+    latest_.reset();
 }
 
 bool ForwardFeed::waitsForSound() const
@@ -105,6 +186,13 @@ std::optional<Microseconds> ForwardFeed::stampOf(const AVPacket& packet) const
     return stamp == AV_NOPTS_VALUE ? std::nullopt : std::optional(reader_.position(packet.stream_index, stamp));
 }
 
+// Never goes back, other than the stamps for showing.
+std::optional<Microseconds> ForwardFeed::decodingStampOf(const AVPacket& packet) const
+{
+    return packet.dts != AV_NOPTS_VALUE ? std::optional(reader_.position(packet.stream_index, packet.dts))
+                                        : stampOf(packet);
+}
+
 bool ForwardFeed::showAll()
 {
     while (FramePtr frame = video_->receive()) {
@@ -119,6 +207,12 @@ bool ForwardFeed::showOne(FramePtr frame)
     const Microseconds position = positionOf(*frame);
     if (span_.start && position < *span_.start)
         return true;
+    if (resumesAt_ && position < *resumesAt_) {
+        latest_ = std::move(frame);
+        return true;
+    }
+    resumesAt_.reset();
+    showLatest();
     if (span_.stop && position >= *span_.stop) {
         reachedStop_ = true;
         return false;
@@ -148,13 +242,18 @@ bool ForwardFeed::waitForRoom()
 {
     if (state_.queue.hasRoom())
         return !state_.guard.isStopped();
+    return restDuring([this] { return state_.queue.waitForRoom(); });
+}
+
+template <typename Wait> bool ForwardFeed::restDuring(Wait wait)
+{
     const bool pauses = state_.queue.isHeld();
     if (pauses)
         reader_.setPaused(true);
-    const bool room = state_.queue.waitForRoom();
-    if (pauses && room)
+    const bool goesOn = wait();
+    if (pauses && goesOn)
         reader_.setPaused(false);
-    return room;
+    return goesOn;
 }
 
 bool ForwardFeed::handleSound(const AVPacket& packet)
@@ -204,8 +303,8 @@ Outcome ForwardFeed::finish()
 
 bool ForwardFeed::showRest()
 {
-    sound_.reset(); // nothing to wait for any more
-    if (!decodeWhatMay())
+    sound_.reset();                     // nothing to wait for any more
+    if (!decodeWhatMay() || !catchUp()) // the last picture stays on show
         return false;
     video_->send(nullptr);
     return showAll();

@@ -17,6 +17,7 @@ constexpr Microseconds kSoundLead = 200ms;    // sound without pictures is read 
 constexpr Microseconds kMaxInterval = 2s;
 constexpr std::size_t kOvershoot = 2; // live pictures past the capacity while the render thread takes the due one
 constexpr int kMaxSteps = 100;
+constexpr Microseconds kLookAway = 1s; // a window that is hidden for less is served on
 
 } // namespace
 
@@ -50,6 +51,16 @@ bool PictureQueue::waitUntilTaken()
 
 bool PictureQueue::waitUntilDue(Microseconds position)
 {
+    return waitUntilDue(position, [] { return false; });
+}
+
+bool PictureQueue::passUntilDue(Microseconds position)
+{
+    return waitUntilDue(position, [this] { return isLookedAt(); });
+}
+
+template <typename Early> bool PictureQueue::waitUntilDue(Microseconds position, Early early)
+{
     std::unique_lock lock(mutex_);
     if (!clock_.isSet())
         begin(position, Clock::now() + kSoundLead);
@@ -58,7 +69,7 @@ bool PictureQueue::waitUntilDue(Microseconds position)
         const TimePoint due = clock_.due(position);
         if (!clock_.isHeld() && (now > due + kLateLimit || (live_ && due > now + kLiveBound)))
             clock_.set(position, now + kSoundLead);
-        else if (live_ || (!clock_.isHeld() && due <= now + kSoundLead))
+        else if (early() || live_ || (!clock_.isHeld() && due <= now + kSoundLead))
             return true;
         else if (clock_.isHeld())
             moved_.wait(lock);
@@ -80,7 +91,8 @@ PictureQueue::Pushed PictureQueue::push(PicturePtr picture)
             return result; // what waits is kept for single steps
         const TimePoint now = Clock::now();
         const TimePoint before = frontDue();
-        learnInterval(picture->position);
+        if (isLookedAt())
+            learnInterval(picture->position);
         result = live_ ? scheduleLive(picture->position, now) : schedule(picture->position, now);
         waiting_.push_back(std::move(picture));
         if (live_ && !clock_.isHeld())
@@ -101,6 +113,17 @@ void PictureQueue::restart()
     moved_.notify_all();
 }
 
+void PictureQueue::replace(PicturePtr picture)
+{
+    {
+        std::lock_guard lock(mutex_);
+        if (closed_)
+            return;
+        replacement_ = std::move(picture);
+    }
+    wake_();
+}
+
 void PictureQueue::setLive(bool live)
 {
     std::lock_guard lock(mutex_);
@@ -113,6 +136,7 @@ void PictureQueue::close()
     std::lock_guard lock(mutex_);
     closed_ = true;
     waiting_.clear();
+    replacement_.reset();
     moved_.notify_all();
 }
 
@@ -154,8 +178,32 @@ void PictureQueue::step()
         std::lock_guard lock(mutex_);
         clock_.hold(Clock::now());
         steps_ = std::min(steps_ + 1, kMaxSteps);
+        lookedAtUntil_ = Clock::now() + kLookAway;
+        moved_.notify_all();
     }
     wake_();
+}
+
+void PictureQueue::setWatched(bool watched)
+{
+    std::lock_guard lock(mutex_);
+    if (watched_ && !watched)
+        lookedAtUntil_ = Clock::now() + kLookAway;
+    if (!watched_ && watched)
+        hasLast_ = false; // the pictures before it were far apart
+    watched_ = watched;
+    moved_.notify_all();
+}
+
+bool PictureQueue::isWatched() const
+{
+    std::lock_guard lock(mutex_);
+    return isLookedAt();
+}
+
+bool PictureQueue::isLookedAt() const
+{
+    return watched_ || steps_ > 0 || Clock::now() < lookedAtUntil_;
 }
 
 bool PictureQueue::isHeld() const
@@ -191,7 +239,9 @@ TimePoint PictureQueue::nextDue() const
 PicturePtr PictureQueue::take(TimePoint now)
 {
     std::lock_guard lock(mutex_);
-    PicturePtr picture = clock_.isHeld() ? takeStep() : takeDue(now);
+    PicturePtr picture = replacement_      ? std::exchange(replacement_, nullptr)
+                         : clock_.isHeld() ? takeStep()
+                                           : takeDue(now);
     if (!picture)
         return nullptr;
     current_ = picture;
@@ -268,6 +318,8 @@ Microseconds PictureQueue::cushion() const
 
 TimePoint PictureQueue::frontDue() const
 {
+    if (replacement_)
+        return TimePoint{};
     if (waiting_.empty())
         return TimePoint::max();
     if (clock_.isHeld())

@@ -29,8 +29,10 @@ public:
     bool waitForRoom();    // false once closed. Wakes only when half the queue is free: one switch for several pictures
     bool waitUntilTaken(); // until the queue is empty; false once closed
     bool waitUntilDue(Microseconds position); // paces a source without pictures; false once closed
+    bool passUntilDue(Microseconds position); // paces pictures that are not made; ends early when they are watched
     Pushed push(PicturePtr picture);          // never waits
     void restart();                           // what comes next is due at once; what waits is dropped
+    void replace(PicturePtr picture);         // on show at once, even when held; the clock and what waits stay
 
     // A live source sets its own pace: a full queue pulls the clock forward instead of holding the source back.
     void setLive(bool live);
@@ -41,8 +43,10 @@ public:
     void release();
     void setSpeed(double speed);
     void step();
+    void setWatched(bool watched);
 
     // questions
+    bool isWatched() const; // or was a moment ago, or is stepped through
     bool isHeld() const;
     bool isEmpty() const;
     double speed() const;
@@ -54,6 +58,8 @@ public:
     PicturePtr current() const;
 
 private:
+    template <typename Early> bool waitUntilDue(Microseconds position, Early early);
+    bool isLookedAt() const;
     void begin(Microseconds position, TimePoint now);
     Pushed schedule(Microseconds position, TimePoint now);
     Pushed scheduleLive(Microseconds position, TimePoint now);
@@ -71,6 +77,7 @@ private:
     std::condition_variable moved_;
     std::deque<PicturePtr> waiting_;
     PicturePtr current_;
+    PicturePtr replacement_; // for current_
     PlayClock clock_;
     Microseconds lastPosition_{};
     Microseconds interval_{40000}; // between two pictures, smoothed
@@ -78,6 +85,8 @@ private:
     bool hasLast_ = false;
     bool live_ = false;
     bool closed_ = false;
+    bool watched_ = true;
+    TimePoint lookedAtUntil_{}; // by whom does not watch
 };
 
 } // namespace tide

@@ -33,6 +33,9 @@ public:
 
     // The picture on show: what take() gave last. Null before the first one.
     virtual PicturePtr current() const = 0;
+
+    // Whether anybody can see the pictures; at first somebody can. A source that nobody sees may give fewer.
+    virtual void setWatched(bool) {}
 };
 
 } // namespace tide

@@ -221,4 +221,9 @@ PicturePtr Stream::current() const
     return impl_->state.queue.current();
 }
 
+void Stream::setWatched(bool watched)
+{
+    impl_->state.queue.setWatched(watched);
+}
+
 } // namespace tide

@@ -73,6 +73,7 @@ public:
     TimePoint nextDue() const override;
     PicturePtr take(TimePoint now) override;
     PicturePtr current() const override;
+    void setWatched(bool watched) override; // while nobody watches, some key pictures are decoded and no others
 
 private:
     Failure changeSpeed(double factor);

@@ -43,6 +43,12 @@ void StreamNews::soundCame()
     somethingCame();
 }
 
+void StreamNews::goesOn()
+{
+    if (opened_)
+        somethingCame();
+}
+
 void StreamNews::somethingCame()
 {
     lastCame_ = Clock::now();

@@ -18,6 +18,7 @@ public:
 
     void pictureCame(PictureSize size);
     void soundCame(); // of a source without pictures
+    void goesOn();    // of one whose pictures are not made, since nobody watches
     void openFailed();
     void refused();
     void lost();

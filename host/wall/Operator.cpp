@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 namespace quillmark::lumen_wall {
 
@@ -26,7 +27,7 @@ Operator::Operator(Deck& deck)
     , transfers_(deck)
 {
     connect(&deck_.events(), &EventHub::happened, this, &Operator::onEvent);
-    connect(&deck_.cells(), &CellBook::layoutChanged, this, [this] { enlarged_ = -1; });
+    connect(&deck_.cells(), &CellBook::layoutChanged, this, &Operator::onLayout);
     connect(&talk_, &Talk::reported, this, &Operator::reported);
     connect(&transfers_, &Transfers::reported, this, &Operator::reported);
     connect(&deck_, &Deck::failed, this,
@@ -313,6 +314,31 @@ void Operator::onStreamEvent(int cell, int code)
         playAgain(cell);
     else
         emit reported(static_cast<int>(message.severity), cell, describe(code));
+}
+
+// A stream that ends in a cell outside of the layout is told of no cell: it is found when the cell is back.
+void Operator::onLayout()
+{
+    enlarged_ = -1;
+    const QSet<QWidget*> before = std::exchange(laidOut_, {});
+    for (int cell = 0; cell < deck_.cells().count(); ++cell) {
+        QWidget* const widget = cellWidget(deck_.wall(), cell);
+        laidOut_.insert(widget);
+        if (looping_ && !before.contains(widget) && hasEnded(cell))
+            playAgain(cell);
+    }
+}
+
+// At its end a stream has no next picture; one that goes on loses a picture's time.
+bool Operator::hasEnded(int cell) const
+{
+    const CellState state = deck_.cells().state(cell);
+    if (!isPlaying(cell) || state.motion != Motion::Forward || state.paused)
+        return false;
+    if (isError(deck_.ask("LD_FrameForward", {{"wndIndex", cell}})))
+        return true;
+    deck_.ask("LD_Resume", {{"wndIndex", cell}});
+    return false;
 }
 
 void Operator::playAgain(int cell)

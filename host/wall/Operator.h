@@ -6,6 +6,7 @@
 #include "host/wall/Transfers.h"
 
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 
 namespace quillmark::lumen_wall {
@@ -72,6 +73,8 @@ private:
     void endRecording(int cell);
     QString fileName() const;
     void playAgain(int cell);
+    void onLayout();
+    bool hasEnded(int cell) const;
 
     Deck& deck_;
     Fisheye fisheye_;
@@ -82,6 +85,7 @@ private:
     bool dragable_ = false;
     bool keepPlaces_ = false; // the next arrangement leaves the cells where they are
     bool looping_ = false;
+    QSet<QWidget*> laidOut_; // the cells of the layout, to know which come back
 };
 
 } // namespace quillmark::lumen_wall

@@ -20,6 +20,8 @@
  *  - Pointers that are passed in stay the caller's. Pointers that a callback gets are valid until it returns.
  *  - Ids. Play ids and view ids come from one counter, start at 1 and are not used again. Talks, uploads, downloads,
  *    upgrades and listeners have ids of kinds of their own.
+ *  - Windows. A stream of which no window can be seen is read, recorded and heard on, but hardly decoded. Its picture is
+ *    back as soon as a window is seen again.
  *  - Callbacks. Messages and data records come on one thread of the engine, draw hooks on its render thread. A callback
  *    that takes long delays the callbacks, or the drawing, of all streams; it does not stop the decoding.
  */
@@ -323,7 +325,8 @@ TIDE_PIPE_API int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, voi
 
 /* ---- capture, on-screen time, record ---- */
 
-/* Writes the picture on show, at its own size, to a new or emptied file. TP_ERROR_NO_PICTURE, TP_ERROR_WRITE_FAILED. */
+/* Writes the picture on show, at its own size, to a new or emptied file. Of a stream of which nobody sees a window that
+ * is its last key picture. TP_ERROR_NO_PICTURE, TP_ERROR_WRITE_FAILED. */
 TIDE_PIPE_API int TP_JPEGCapture(int playId, const char* path);
 TIDE_PIPE_API int TP_BMPCapture(int playId, const char* path);
 

@@ -152,6 +152,22 @@ TEST(Play, TheEndAndAMissingFileAreTold)
     })) << "the window tells it too";
 }
 
+TEST(Play, AClipThatEndsOutsideOfTheLayoutLoopsWhenItIsBack)
+{
+    WallProgram wall({"--grid", "2", "--loop"});
+    ASSERT_EQ(wall.call("LD_Play", playArgs(3, clip("brief", "color=c=white:s=352x288:r=25", 3))), kNull);
+    ASSERT_EQ(wall.call("LD_Play", playArgs(2, movingClip())), kNull);
+    ASSERT_TRUE(wall.sawEvent(kStream, 3, Opened));
+    ASSERT_TRUE(wall.sawEvent(kStream, 2, Opened));
+    wall.call("LD_ArrangeWindow", QJsonObject{{"type", 1}});
+    EXPECT_TRUE(wall.sawEvent(kStream, -1, Ended));
+    wall.call("LD_ArrangeWindow", QJsonObject{{"type", 2}});
+    EXPECT_TRUE(wall.sawEvent(kStream, 3, Opened));
+    EXPECT_FALSE(wall.sawEvent(kStream, 2, Opened, 500)) << "what goes on is left alone";
+    const QImage before = picture(wall, 2);
+    EXPECT_TRUE(eventually([&] { return picture(wall, 2) != before; }));
+}
+
 TEST(Play, ACameraThatGoesIsToldAndTheOtherWindowsGoOn)
 {
     auto camera = std::make_unique<Camera>(colourClip("yellow"));

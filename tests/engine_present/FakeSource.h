@@ -2,6 +2,7 @@
 
 #include "engine/stream/PictureSource.h"
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -25,6 +26,8 @@ public:
     TimePoint nextDue() const override;
     PicturePtr take(TimePoint now) override;
     PicturePtr current() const override;
+    void setWatched(bool watched) override { watched_ = watched; }
+    bool isWatched() const { return watched_; }
 
     void put(FramePtr frame, TimePoint due = Clock::now());
     int taken() const;
@@ -37,6 +40,7 @@ private:
     std::uint64_t serial_ = 0;
     int taken_ = 0;
     int dropped_ = 0;
+    std::atomic<bool> watched_{true};
 };
 
 } // namespace tide

@@ -438,10 +438,18 @@ TEST_F(PresenterTest, WhatNobodySeesIsTakenButNotDrawn)
     };
     screen_.unmap(parent);
     playUnseen();
+    EXPECT_FALSE(source->isWatched());
     screen_.map(parent);
     EXPECT_TRUE(screen_.shows(window, 40, 40, kBlue)) << "the newest picture, not the one that was seen last";
+    EXPECT_TRUE(source->isWatched());
     const Window cover = screen_.window(300, 300);
     playUnseen();
+    EXPECT_FALSE(source->isWatched());
+    const Window other = screen_.window(90, 90);
+    EXPECT_TRUE(presenter_.add(2, other, source));
+    EXPECT_TRUE(eventually([&] { return source->isWatched(); })) << "one of two windows is seen";
+    screen_.unmap(other);
+    EXPECT_TRUE(eventually([&] { return !source->isWatched(); }));
     screen_.unmap(cover);
     EXPECT_TRUE(screen_.shows(window, 40, 40, kBlue));
 }

@@ -251,6 +251,62 @@ TEST(PlayTest, RecordersComeAndGo)
     EXPECT_GT(late->packets, 5);
 }
 
+// Nobody watches: everything goes on but the decoding, and the present picture is there as soon as somebody does.
+TEST(PlayTest, WhatNobodyWatchesIsNotDecodedAndIsBackAtOnce)
+{
+    for (const char* length : {"0", "60"}) { // live, and as a file
+        Viewer viewer(std::string("test:pattern?size=160x120&gop=50&sound=440&seconds=") + length);
+        auto recorder = std::make_shared<Recorder>();
+        viewer.stream().addSink(recorder);
+        ASSERT_EQ(viewer.take(3).size(), 3U);
+        viewer.stream().setWatched(false);
+        viewer.takeFor(1500);
+        const int packets = recorder->packets;
+        EXPECT_LE(viewer.takeFor(2000).size(), 2U); // key pictures
+        EXPECT_GT(recorder->packets - packets, 90);
+        EXPECT_EQ(testNumber(*viewer.stream().current()->frame), 50); // what a snapshot shows
+        viewer.stream().setWatched(true);
+        const PicturePtr back = viewer.next(500);
+        ASSERT_TRUE(back);
+        EXPECT_NEAR(testNumber(*back->frame), 90, 12);
+        const auto pictures = viewer.takeFor(1000);
+        EXPECT_NEAR(static_cast<double>(pictures.size()), 25, 5);
+        EXPECT_EQ(testNumber(*pictures[1]->frame) - testNumber(*pictures[0]->frame), 1);
+    }
+}
+
+TEST(PlayTest, PausingSteppingAndEndingWorkUnwatched)
+{
+    Viewer viewer("test:pattern?size=160x120&gop=100&seconds=60");
+    Stream& stream = viewer.stream();
+    ASSERT_EQ(viewer.take(3).size(), 3U);
+    stream.setWatched(false);
+    viewer.takeFor(2000);
+    stream.pause();
+    EXPECT_TRUE(viewer.takeFor(500).empty());
+    stream.frameForward();
+    ASSERT_TRUE(viewer.next());
+    viewer.takeFor(100);
+    const int at = testNumber(*stream.current()->frame);
+    EXPECT_NEAR(at, 55, 10);
+    stream.frameForward();
+    EXPECT_EQ(testNumber(*viewer.next()->frame), at + 1);
+    viewer.takeFor(1200);
+    stream.resume();
+    viewer.takeFor(2000);
+    stream.pause();
+    stream.setWatched(true); // the picture at which it was paused, not the key picture before
+    ASSERT_TRUE(viewer.next());
+    EXPECT_NEAR(testNumber(*stream.current()->frame), at + 55, 12);
+
+    Viewer film(with(h264Clip(), "", "2.5")); // with pictures that are decoded before they are due
+    film.take(2);
+    film.stream().setWatched(false);
+    const TimePoint start = Clock::now();
+    EXPECT_EQ(framesOf(film.takeAll()).back(), 62);
+    EXPECT_NEAR(std::chrono::duration<double>(Clock::now() - start).count(), 2.4, 0.4);
+}
+
 TEST(PlayTest, PeopleCountsComeUntilTheFunctionIsTakenOff)
 {
     struct Seen
