@@ -309,8 +309,7 @@ TimePoint Stage::takeDue(TimePoint now)
         const TimePoint due = channel.source->nextDue();
         if (due <= now)
             take(channel, due, now);
-        else
-            next = std::min(next, due);
+        next = std::min(next, channel.source->nextDue()); // a channel that nobody sees is not asked again by a drawing
     }
     return next;
 }

@@ -13,6 +13,8 @@ constexpr Microseconds kSoundAhead = 200ms; // how far the voice is ahead of the
 constexpr Microseconds kLookAhead = 1500ms; // how far a file is read ahead in search of the sound
 constexpr Microseconds kLiveLookAhead = 400ms;
 constexpr std::size_t kMostWaiting = 500; // packets
+constexpr Microseconds kWaitsForSource = 20ms;
+constexpr Microseconds kWaitsSurely = 500ms;
 constexpr Microseconds kKeyInterval = 1s; // how often a picture is made that nobody watches, for snapshots
 
 } // namespace
@@ -23,6 +25,7 @@ Outcome ForwardFeed::run()
     if (!packet || !begin())
         return Outcome::Broken;
     for (;;) {
+        const TimePoint askedAt = Clock::now();
         const MediaReader::Read read = reader_.read(*packet);
         if (state_.guard.isStopped())
             return Outcome::Stopped;
@@ -31,6 +34,7 @@ Outcome ForwardFeed::run()
         if (read == MediaReader::Read::End)
             return finish();
         news_.tick(Clock::now());
+        measureDelay(*packet, askedAt);
         if (!handle(*packet))
             return reachedStop_ ? finish() : Outcome::Stopped;
     }
@@ -44,6 +48,24 @@ bool ForwardFeed::begin()
     if (!reader_.info().live && span_.start && *span_.start > Microseconds::zero())
         reader_.seek(*span_.start); // where that fails the pictures before the start are passed over one by one
     return true;
+}
+
+// A live stream that decodes too slowly leaves pictures out until it is in time. When it then has to wait for a packet,
+// that is the present, whatever the clock says; while it decodes, a short wait may be for the processor.
+void ForwardFeed::measureDelay(const AVPacket& packet, TimePoint askedAt)
+{
+    const auto position = decodingStampOf(packet);
+    if (!reader_.info().live || !video_ || packet.stream_index != reader_.info().video || !position)
+        return;
+    const TimePoint now = Clock::now();
+    delay_.came(*position, now);
+    if (now - askedAt > (passed_.needsKey() ? kWaitsForSource : kWaitsSurely))
+        delay_.takeForPresent();
+    else if (delay_.isTooLong(now))
+        passed_.giveUp();
+    const PicturePtr shown = state_.queue.current();
+    if (shown && state_.queue.isWatched() && !state_.queue.isHeld())
+        news_.delayed(delay_.behind() + *position - shown->position, now);
 }
 
 bool ForwardFeed::handle(const AVPacket& packet)
@@ -119,7 +141,8 @@ bool ForwardFeed::passOver(PacketPtr packet, Microseconds position)
     progress_.position = position < last - kBackJump ? position : std::max(last, position);
     const bool goesOn = reader_.info().live ? !state_.guard.isStopped()
                                             : restDuring([&] { return state_.queue.passUntilDue(position); });
-    news_.goesOn();
+    if (!state_.queue.isWatched())
+        news_.goesOn();
     return goesOn;
 }
 
@@ -233,6 +256,7 @@ bool ForwardFeed::bridgeJump(Microseconds position)
     if (!reader_.info().live && !state_.queue.waitUntilTaken())
         return false;
     state_.queue.restart();
+    delay_.restart();
     if (sound_)
         sound_->restart();
     return true;

@@ -2,6 +2,7 @@
 
 #include "engine/stream/EffortControl.h"
 #include "engine/stream/Feed.h"
+#include "engine/stream/LiveDelay.h"
 #include "engine/stream/PassedGroup.h"
 #include "engine/stream/SoundTrack.h"
 
@@ -19,6 +20,7 @@ public:
 
 private:
     bool begin();
+    void measureDelay(const AVPacket& packet, TimePoint askedAt);
     bool handle(const AVPacket& packet);
     bool handlePicture(const AVPacket& packet);
     bool handleSound(const AVPacket& packet);
@@ -47,6 +49,7 @@ private:
     EffortControl effort_;
     std::unique_ptr<SoundTrack> sound_;
     std::deque<PacketPtr> pictures_; // read, and not decoded yet
+    LiveDelay delay_;
     PassedGroup passed_;
     std::optional<Microseconds> resumesAt_; // pictures before it were passed over
     FramePtr latest_;                       // of those, made after all

@@ -24,9 +24,8 @@ void PassedGroup::add(PacketPtr packet)
         return;
     bytes_ += static_cast<std::size_t>(packet->size);
     packets_.push_back(std::move(packet));
-    needsKey_ = bytes_ > kMostBytes || packets_.size() > kMostPackets;
-    if (needsKey_)
-        take();
+    if (bytes_ > kMostBytes || packets_.size() > kMostPackets)
+        giveUp();
 }
 
 std::deque<PacketPtr> PassedGroup::take()
@@ -39,6 +38,12 @@ void PassedGroup::clear()
 {
     take();
     needsKey_ = false;
+}
+
+void PassedGroup::giveUp()
+{
+    take();
+    needsKey_ = true;
 }
 
 bool PassedGroup::startsWithKey() const

@@ -15,11 +15,12 @@ class PassedGroup
 public:
     void add(PacketPtr packet); // a key picture begins anew
     std::deque<PacketPtr> take();
-    void clear(); // the decoder goes on
+    void clear();  // the decoder goes on
+    void giveUp(); // nothing is decoded before the next key picture
 
     bool isEmpty() const { return packets_.empty(); }
     bool startsWithKey() const;                 // else they go on where the decoder stands
-    bool needsKey() const { return needsKey_; } // it has grown too long: no picture can be made before the next key
+    bool needsKey() const { return needsKey_; } // it was given up or has grown too long
 
 private:
     std::deque<PacketPtr> packets_;

@@ -191,6 +191,11 @@ std::optional<std::chrono::system_clock::time_point> Stream::pictureTime() const
     return std::chrono::system_clock::time_point(Microseconds(origin) + picture->position);
 }
 
+Microseconds Stream::delay() const
+{
+    return impl_->state.delay;
+}
+
 const std::shared_ptr<Voice>& Stream::voice() const
 {
     return impl_->state.links.voice;

@@ -62,6 +62,7 @@ public:
     int overlay(int selector, int part) const;      // 0 unless set
     std::optional<PictureSize> pictureSize() const; // nothing before the first picture is known
     std::optional<std::chrono::system_clock::time_point> pictureTime() const; // wall clock of the picture on show
+    Microseconds delay() const; // of a live stream: the picture on show is so much older than what has come
     const std::shared_ptr<Voice>& voice() const;
 
     // The sink hears of the tracks at once when they are known, else as soon as they are. After removeSink no call of

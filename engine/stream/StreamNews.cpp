@@ -1,5 +1,7 @@
 #include "engine/stream/StreamNews.h"
 
+#include <algorithm>
+
 namespace tide {
 
 using namespace std::chrono_literals;
@@ -7,6 +9,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Microseconds kStandingStill = 3s;
+constexpr Microseconds kDelayChange = 500ms; // worth a message
+constexpr Microseconds kDelayInterval = 1s;
 
 } // namespace
 
@@ -61,6 +65,17 @@ void StreamNews::somethingCame()
     opened_ = true;
     standing_ = false;
     trouble_.reset();
+}
+
+void StreamNews::delayed(Microseconds delay, TimePoint now)
+{
+    state_.delay = delay;
+    if (now - delayToldAt_ < kDelayInterval || std::chrono::abs(delay - toldDelay_) < kDelayChange)
+        return;
+    toldDelay_ = delay;
+    delayToldAt_ = now;
+    const auto tenths = std::clamp<std::int64_t>(delay / 100ms, 0, TP_MESSAGE_DELAY_MOST - TP_MESSAGE_DELAY);
+    tell(static_cast<TP_Message>(TP_MESSAGE_DELAY + tenths));
 }
 
 void StreamNews::openFailed()

@@ -17,8 +17,9 @@ public:
     void tick(TimePoint now);
 
     void pictureCame(PictureSize size);
-    void soundCame(); // of a source without pictures
-    void goesOn();    // of one whose pictures are not made, since nobody watches
+    void soundCame();                                // of a source without pictures
+    void goesOn();                                   // of one whose pictures are not made, since nobody watches
+    void delayed(Microseconds delay, TimePoint now); // of a live picture
     void openFailed();
     void refused();
     void lost();
@@ -35,6 +36,8 @@ private:
     bool standing_ = false;
     std::optional<TP_Message> trouble_; // told, and not over yet
     TimePoint lastCame_ = Clock::now();
+    Microseconds toldDelay_{};
+    TimePoint delayToldAt_{};
 };
 
 } // namespace tide

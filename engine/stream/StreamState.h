@@ -35,7 +35,8 @@ struct StreamState
     OverlaySwitches overlays;
 
     std::atomic<bool> live{false};
-    std::atomic<bool> ended{false}; // nothing comes any more
+    std::atomic<bool> ended{false};                        // nothing comes any more
+    std::atomic<Microseconds> delay{Microseconds::zero()}; // of a live picture
     std::atomic<PictureSize> size{PictureSize{}};
     std::atomic<std::int64_t> wallClockOrigin{0}; // of position 0 in microseconds since 1970; 0 while unknown
 

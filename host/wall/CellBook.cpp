@@ -23,6 +23,7 @@ void start(CellState& state, const QJsonObject& args, Motion motion)
     state.paused = false;
     state.speedStep = 0;
     state.sound = false;
+    state.delay = 0;
     state.trouble.clear();
 }
 
@@ -114,6 +115,15 @@ void CellBook::setTrouble(int index, const QString& trouble)
     if (!state || state->trouble == trouble)
         return;
     state->trouble = trouble;
+    emit changed();
+}
+
+void CellBook::setDelay(int index, int tenths)
+{
+    CellState* state = stateOf(cellWidget(wall_, index));
+    if (!state || state->delay == tenths)
+        return;
+    state->delay = tenths;
     emit changed();
 }
 

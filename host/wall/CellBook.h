@@ -39,6 +39,7 @@ struct CellState
     int volume = 100;
     bool sound = false;
     std::optional<Recording> recording;
+    int delay = 0;   // of a live stream's picture, in tenths of a second
     QString trouble; // what the stream last complained of, empty when all is well
 };
 
@@ -59,6 +60,7 @@ public:
     int count() const;
     CellState state(int index) const;
     void setTrouble(int index, const QString& trouble);
+    void setDelay(int index, int tenths);
     void setRecordedBytes(int index, qint64 bytes);
     void endRecording(int index); // that has ended by itself
 

@@ -304,6 +304,10 @@ void Operator::onEvent(int type, const QJsonObject& document)
 
 void Operator::onStreamEvent(int cell, int code)
 {
+    if (const auto delay = delayOf(code)) {
+        deck_.cells().setDelay(cell, *delay);
+        return;
+    }
     const StreamMessage message = streamMessage(code);
     using Effect = StreamMessage::Effect;
     if (message.effect == Effect::IsTrouble || message.effect == Effect::ClearsTrouble)

@@ -9,6 +9,9 @@ namespace {
 
 using Effect = StreamMessage::Effect;
 
+constexpr int kDelay = 1000;
+constexpr int kMostDelay = 1999;
+
 constexpr StreamMessage table[] = {
     {1, Severity::Note, Effect::ClearsTrouble, "picture is there"},
     {2, Severity::Failure, Effect::IsTrouble, "cannot be opened"},
@@ -26,6 +29,11 @@ constexpr StreamMessage table[] = {
 };
 
 } // namespace
+
+std::optional<int> delayOf(int code)
+{
+    return code >= kDelay && code <= kMostDelay ? std::optional(code - kDelay) : std::nullopt;
+}
 
 StreamMessage streamMessage(int code)
 {

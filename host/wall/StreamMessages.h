@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 // What the codes in stream events mean to a person and to a cell.
 namespace quillmark::lumen_wall {
 
@@ -28,6 +30,9 @@ struct StreamMessage
     Effect effect;
     const char* text;
 };
+
+// The delay that a code tells, in tenths of a second.
+std::optional<int> delayOf(int code);
 
 // A code that nobody knows gives a message that names it in describe().
 StreamMessage streamMessage(int code);

@@ -21,13 +21,10 @@ QJsonObject describeCell(Operator& wall, const QWidget& window, int index)
     const CellState state = wall.deck().cells().state(index);
     const QWidget* cell = cellWidget(wall.deck().wall(), index);
     return {
-        {"name", cell->objectName()},
-        {"source", state.source},
-        {"playing", wall.isPlaying(index)},
-        {"hidden", cell->isHidden()},
-        {"trouble", state.trouble},
-        {"cell", rectangle(cell, window)},
-        {"picture", rectangle(playWindow(wall.deck().wall(), index), window)},
+        {"name", cell->objectName()},       {"source", state.source},
+        {"playing", wall.isPlaying(index)}, {"hidden", cell->isHidden()},
+        {"trouble", state.trouble},         {"delay", state.delay / 10.0}, // seconds; known to the half
+        {"cell", rectangle(cell, window)},  {"picture", rectangle(playWindow(wall.deck().wall(), index), window)},
     };
 }
 

@@ -98,6 +98,8 @@ enum LD_EventType : int
      *      3 log-in refused, see               7 the picture stands still          11 cannot be played backwards
      *        LD_SetReconnectInfo               8 the picture moves again           21 disk nearly full, recording ended
      *      4 end of the recording                                                  30 recording ended by a write error
+     *   1000 to 1999: the picture of a live stream is (code - 1000) tenths of a second older than what has come; told
+     *        when that has changed by half a second or more, so not at all of a stream that is in time
      * Further codes may come; ignore those you do not know. */
     LD_EVENT_STREAM = 3,
 

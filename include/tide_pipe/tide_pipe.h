@@ -180,7 +180,13 @@ enum TP_Message
     TP_MESSAGE_SIZE_CHANGED = 9,    /* the picture has another size than before */
     TP_MESSAGE_NOT_DECODABLE = 10,  /* no decoder for the pictures of this source */
     TP_MESSAGE_NOT_REVERSIBLE = 11, /* the source cannot be played backwards: live, or without an index */
-    TP_MESSAGE_RECORD_FAILED = 30   /* the disk ended a recording; what was written until then is good */
+    TP_MESSAGE_RECORD_FAILED = 30,  /* the disk ended a recording; what was written until then is good */
+
+    /* 1000 to 1999: the picture on show of a live stream is so many tenths of a second, past 1000, older than what has
+     * come from the source. A stream begins with 0; told when it has changed by half a second or more, so not at all of
+     * a stream that is in time. Of one that falls back more than half a second, pictures are left out. */
+    TP_MESSAGE_DELAY = 1000,
+    TP_MESSAGE_DELAY_MOST = 1999
 };
 
 /* The kinds of a _TP_FISHMESSAGE. */

@@ -147,5 +147,101 @@ TEST(HttpTest, FileWithoutRangesIsPacedAndGoesOnWhereTheLineWasCut)
     EXPECT_EQ(server.requests("/film.ts").front().headers.at("authorization"), "Bearer abc");
 }
 
+// A live source over HTTP: the film in small pieces, `speed` times as fast as it is shown; silent from `silentFrom` on,
+// for 4 s.
+http_test::Response liveFrom(const std::string& film, double seconds, const std::function<double()>& speed,
+                             double silentFrom = 1e9)
+{
+    http_test::Response response;
+    response.next = [=, sent = std::size_t(0), position = 0.0, last = Clock::now()]() mutable {
+        std::this_thread::sleep_for(10ms);
+        if (position > silentFrom) {
+            std::this_thread::sleep_for(4s);
+            silentFrom = 1e9;
+            last = Clock::now() - 10ms; // an empty piece would be the end
+        }
+        const TimePoint now = Clock::now();
+        position += speed() * std::chrono::duration<double>(now - std::exchange(last, now)).count();
+        const auto until = std::min(
+            film.size(), static_cast<std::size_t>(position / seconds * static_cast<double>(film.size())) + 188);
+        const std::size_t from = std::exchange(sent, until);
+        return film.substr(from, until - from);
+    };
+    return response;
+}
+
+std::string longFilm()
+{
+    return bytesOf(clip("long.ts",
+                        "-f lavfi -i testsrc2=size=160x120:rate=25:duration=40 -c:v libx264 -preset "
+                        "ultrafast -g 25 -pix_fmt yuv420p -b:v 400k -minrate 400k -maxrate 400k -bufsize 80k"));
+}
+
+// Holds the stream's thread up: once, or for each picture that was shown, as a decoder does that is too slow.
+struct Brake : PacketSink
+{
+    void tracks(const std::vector<TrackInfo>&) override {}
+    void packet(const AVPacket&) override
+    {
+        const bool isNew = std::exchange(seen, shown.load()) != shown;
+        std::this_thread::sleep_for(std::chrono::milliseconds(once.exchange(0) + (isNew ? each.load() : 0)));
+    }
+    std::atomic<int> once{0}, each{0};
+    std::atomic<std::size_t> shown{0};
+    std::size_t seen = 0; // stream's thread
+};
+
+TEST(HttpTest, DelayOfALiveSourceIsBounded)
+{
+    const std::string film = longFilm();
+    http_test::HttpServer server;
+    std::atomic<double> speed{1.0};
+    server.on("/live.ts", [&](const auto&) { return liveFrom(film, 40, [&] { return speed.load(); }); });
+    Viewer viewer(optionsFor(server.url("/live.ts"), ""));
+    ASSERT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
+    ASSERT_TRUE(viewer.stream().isLive());
+    const auto brake = std::make_shared<Brake>();
+    viewer.stream().addSink(brake);
+    const auto worstDelay = [&](int milliseconds) {
+        Microseconds worst{};
+        for (const TimePoint end = Clock::now() + std::chrono::milliseconds(milliseconds); Clock::now() < end;) {
+            brake->shown += viewer.takeFor(20).size();
+            worst = std::max(worst, viewer.stream().delay());
+        }
+        return worst;
+    };
+    speed = 2.0;
+    EXPECT_LT(worstDelay(4000), 1s) << "fast";
+    speed = 1.0;
+    EXPECT_LT(worstDelay(1000), 1s) << "in time";
+    brake->once = 2000;
+    worstDelay(4500);
+    EXPECT_LT(worstDelay(1000), 1s) << "after a hold-up";
+    const auto told = viewer.messages(); // of the two seconds, and of their end
+    EXPECT_TRUE(std::any_of(told.begin(), told.end(), [](int code) { return code >= TP_MESSAGE_DELAY + 15; }));
+    EXPECT_LT(told.empty() ? TP_MESSAGE_DELAY_MOST : told.back(), TP_MESSAGE_DELAY + 5);
+    brake->each = 100;
+    EXPECT_LT(worstDelay(8000), 2500ms) << "too slow a machine";
+    brake->each = 0;
+    worstDelay(3000);
+    EXPECT_LT(worstDelay(1000), 1s) << "and one that is quick again";
+    EXPECT_GT(viewer.takeFor(1000).size(), 15U);
+}
+
+TEST(HttpTest, SilentLiveSourceIsReportedAndSoIsItsReturn)
+{
+    const std::string film = longFilm();
+    http_test::HttpServer server;
+    server.on("/live.ts", [&](const auto&) {
+        return liveFrom(
+            film, 40, [] { return 1.0; }, 3.0);
+    });
+    Viewer viewer(optionsFor(server.url("/live.ts"), ""));
+    ASSERT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
+    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_STANDING_STILL));
+    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_MOVING_AGAIN));
+    EXPECT_GT(viewer.takeFor(1000).size(), 15U);
+}
+
 } // namespace
 } // namespace tide
