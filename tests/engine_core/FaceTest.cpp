@@ -1,64 +1,34 @@
 #include "engine/core/Engine.h"
-#include "include/tide_pipe/tide_pipe.h"
-
-#include <QWidget>
+#include "tests/support/Engine.h"
 
 #include <atomic>
 #include <climits>
-#include <gtest/gtest.h>
-#include <thread>
 #include <vector>
 
 namespace {
 
 using namespace std::chrono_literals;
+using engine_test::eventually;
 
 constexpr char kPattern[] = "test:pattern?size=160x120&rate=25";
 
-template <typename Condition> bool waitUntil(Condition condition, std::chrono::milliseconds limit = 5s)
-{
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition() && std::chrono::steady_clock::now() < end)
-        std::this_thread::sleep_for(5ms);
-    return condition();
-}
-
-class FaceTest : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        ASSERT_EQ(TP_InitLib("."), 0);
-        window_.resize(320, 240);
-        window_.show();
-    }
-
-    void TearDown() override { TP_SetMessageHandler(nullptr, nullptr); }
-
-    int play(const char* url) { return TP_Play(url, "", 0, window_.winId(), "", "", 0, nullptr, nullptr, -1); }
-
-    QWidget window_;
-};
+using FaceTest = engine_test::WindowTest;
 
 TEST_F(FaceTest, UnknownIdsAreRefusedByEveryFunction)
 {
+    ASSERT_EQ(TP_InitLib("."), 0);
     for (const int id : {-1, 0, 1 << 30, INT_MIN, INT_MAX}) {
         int width = 5;
         int height = 6;
-        const std::vector<int> results{TP_Stop(id),
-                                       TP_Pause(id),
-                                       TP_Resume(id),
-                                       TP_Fast(id),
-                                       TP_Slow(id),
-                                       TP_FrameForward(id),
-                                       TP_GetPictureSize(id, &width, &height),
-                                       TP_SetReconnectInfo(id, ""),
-                                       TP_SetDisplayRegion(id, 0, nullptr, 0, 1),
-                                       TP_RigisterDrawFun(id, nullptr, nullptr),
-                                       TP_EnableIVS(id, 1, 1),
-                                       TP_RenderPrivateDataEx(id, 16, 1, 1),
-                                       TP_SetOverlayPriInfoFlag(id, 32, 1),
-                                       TP_RegAdditionFun(id, 2049, nullptr, nullptr)};
+        // clang-format off
+        const std::vector<int> results{
+            TP_Stop(id), TP_Pause(id), TP_Resume(id), TP_Fast(id), TP_Slow(id), TP_FrameForward(id),
+            TP_GetPictureSize(id, &width, &height), TP_SetReconnectInfo(id, ""),
+            TP_SetDisplayRegion(id, 0, nullptr, 0, 1), TP_RigisterDrawFun(id, nullptr, nullptr),
+            TP_EnableIVS(id, 1, 1), TP_RenderPrivateDataEx(id, 16, 1, 1), TP_SetOverlayPriInfoFlag(id, 32, 1),
+            TP_RegAdditionFun(id, 2049, nullptr, nullptr), TP_StartSave(id, "f", 2), TP_StopSave(id),
+            TP_JPEGCapture(id, "f"), TP_BMPCapture(id, "f"), TP_OpenSound(id), TP_SetVolume(id, 1), TP_GetVolume(id)};
+        // clang-format on
         EXPECT_EQ(results, std::vector<int>(results.size(), -1));
         EXPECT_EQ(TP_GetLastError(), TP_ERROR_NO_SUCH_ID);
         EXPECT_EQ(TP_GetScale(id), 0.0F);
@@ -99,7 +69,7 @@ TEST_F(FaceTest, RegionIsTheSameThroughEitherWindowAndBadOnesChangeNothing)
     ASSERT_GT(id, 0);
     int width = 0;
     int height = 0;
-    ASSERT_TRUE(waitUntil([&] { return TP_GetPictureSize(id, &width, &height) == 0; }));
+    ASSERT_TRUE(eventually([&] { return TP_GetPictureSize(id, &width, &height) == 0; }, 5s));
     EXPECT_EQ(width, 160);
     EXPECT_EQ(height, 120);
     const TP_WId own = window_.winId();
@@ -157,7 +127,7 @@ TEST_F(FaceTest, NoHookRunsAfterStop)
         Hooked hooked;
         const int id = play(kPattern);
         EXPECT_EQ(TP_RigisterDrawFun(id, &Hooked::draw, &hooked), 0);
-        ASSERT_TRUE(waitUntil([&] { return hooked.draws > 1; }));
+        ASSERT_TRUE(eventually([&] { return hooked.draws > 1; }, 5s));
         EXPECT_EQ(TP_Stop(id), 0);
         const int until = hooked.draws;
         std::this_thread::sleep_for(60ms);
@@ -172,13 +142,13 @@ TEST_F(FaceTest, HooksAndHandlersMayStopTheirOwnStream)
     hooked.stopAt = 3;
     const int id = play(kPattern);
     TP_RigisterDrawFun(id, &Hooked::draw, &hooked);
-    EXPECT_TRUE(waitUntil([&] { return TP_GetScale(id) == 0.0F; }));
+    EXPECT_TRUE(eventually([&] { return TP_GetScale(id) == 0.0F; }, 5s));
     EXPECT_EQ(hooked.draws, 3);
 
     static std::atomic<int> stopped{0};
     TP_SetMessageHandler([](int told, unsigned, void*) { stopped += TP_Stop(told) == 0 ? 1 : 0; }, nullptr);
     const int other = play("/does/not/exist");
-    EXPECT_TRUE(waitUntil([] { return stopped == 1; }));
+    EXPECT_TRUE(eventually([] { return stopped == 1; }, 5s));
     EXPECT_EQ(TP_Stop(other), -1);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "tests/support/Engine.h"
+
 #include <cstdint>
-#include <filesystem>
-#include <string>
 #include <vector>
 
 // ALSA's default device made of two files, in a folder of its own, as long as it lives: what is played can be read, and
@@ -12,8 +12,6 @@ class AlsaFiles
 public:
     AlsaFiles();
     ~AlsaFiles();
-    AlsaFiles(const AlsaFiles&) = delete;
-    AlsaFiles& operator=(const AlsaFiles&) = delete;
 
     // The device fails as one does that was unplugged, until it is put back.
     void unplug() { writeConfig("/dev/full"); }
@@ -23,7 +21,7 @@ public:
     std::vector<std::int16_t> played() const;
 
 private:
-    void writeConfig(const std::filesystem::path& speaker);
+    void writeConfig(const std::string& speaker);
 
-    std::filesystem::path folder_;
+    engine_test::Folder folder_;
 };

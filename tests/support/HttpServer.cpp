@@ -1,11 +1,13 @@
 #include "tests/support/HttpServer.h"
 
+#include <QByteArray>
+#include <QCryptographicHash>
+
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
 
 #include <algorithm>
-#include <cctype>
 #include <csignal>
 
 #include <arpa/inet.h>
@@ -25,31 +27,19 @@ std::string pathOf(const std::string& target)
     return target.substr(0, target.find('?'));
 }
 
-std::string lowerCase(std::string text)
+std::string lowerCase(const std::string& text)
 {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
+    return QByteArray::fromStdString(text).toLower().toStdString();
 }
 
 std::string md5(const std::string& text)
 {
-    unsigned char digest[EVP_MAX_MD_SIZE];
-    unsigned length = 0;
-    EVP_Digest(text.data(), text.size(), digest, &length, EVP_md5(), nullptr);
-    std::string hex;
-    for (unsigned i = 0; i < length; ++i)
-        for (const int nibble : {digest[i] >> 4, digest[i] & 15})
-            hex += "0123456789abcdef"[nibble];
-    return hex;
+    return QCryptographicHash::hash(QByteArray::fromStdString(text), QCryptographicHash::Md5).toHex().toStdString();
 }
 
 std::string base64(const std::string& text)
 {
-    std::string out(4 * ((text.size() + 2) / 3) + 1, '\0');
-    out.resize(static_cast<size_t>(EVP_EncodeBlock(reinterpret_cast<unsigned char*>(out.data()),
-                                                   reinterpret_cast<const unsigned char*>(text.data()),
-                                                   static_cast<int>(text.size()))));
-    return out;
+    return QByteArray::fromStdString(text).toBase64().toStdString();
 }
 
 // One field of an Authorization header, with or without quotes.
@@ -247,18 +237,17 @@ std::vector<Request> HttpServer::requests(const std::string& path) const
 // TLS writes to a line that the other side has closed would end the process, so these threads take no SIGPIPE.
 void HttpServer::acceptLines()
 {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
     for (;;) {
         const int socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
         const std::lock_guard lock(lock_);
-        if (socket < 0 || isEnding_) {
-            if (socket >= 0)
-                close(socket);
+        if (isEnding_)
+            close(socket);
+        if (socket < 0 || isEnding_)
             return;
-        }
         sockets_.push_back(socket);
         threads_.emplace_back([this, socket] {
             serve(socket);
@@ -303,19 +292,13 @@ std::optional<Response> HttpServer::refuse(const Request& request, const Account
 {
     const auto header = request.headers.find("authorization");
     const std::string given = header != request.headers.end() ? header->second : "";
+    const std::string realm = std::string(" realm=\"") + kRealm + "\"";
     if (account.login == Login::Basic && given != "Basic " + base64(account.user + ":" + account.password))
-        return Response{401, "Who are you?", {{"WWW-Authenticate", std::string("Basic realm=\"") + kRealm + "\""}}};
+        return Response{401, "Who are you?", {{"WWW-Authenticate", "Basic" + realm}}};
     if (account.login == Login::Digest && !isDigestRight(request, given, account.user, account.password))
-        return Response{401,
-                        "Who are you?",
-                        {{"WWW-Authenticate",
-                          std::string("Digest realm=\"") + kRealm + "\", qop=\"auth\", nonce=\"" + kNonce + "\""}}};
+        return Response{
+            401, "Who are you?", {{"WWW-Authenticate", "Digest" + realm + ", qop=\"auth\", nonce=\"" + kNonce + "\""}}};
     return std::nullopt;
-}
-
-Response HttpServer::answer(const Request& request, const Route& route)
-{
-    return route.handler ? route.handler(request) : Response{404, "No such page here."};
 }
 
 namespace {
@@ -366,7 +349,9 @@ void HttpServer::serve(int socket)
     const bool isEndless = request.headers["transfer-encoding"] == "chunked";
     if (!(refusal && isEndless) && !readBody(line, request, route.bodyHandler))
         return;
-    const Response response = refusal ? *refusal : answer(request, route);
+    const Response response = refusal         ? *refusal
+                              : route.handler ? route.handler(request)
+                                              : Response{404, "No such page here."};
     {
         const std::lock_guard lock(lock_);
         requests_.push_back(request);
@@ -389,10 +374,10 @@ Response rangeOf(const Request& request, const std::string& content)
     const size_t begin = std::stoul(range->second.substr(range->second.find('=') + 1));
     if (begin >= content.size())
         return {416, "", {{"Content-Range", "bytes */" + std::to_string(content.size())}}};
+    const std::string last = std::to_string(content.size() - 1);
     return {206,
             content.substr(begin),
-            {{"Content-Range", "bytes " + std::to_string(begin) + "-" + std::to_string(content.size() - 1) + "/" +
-                                   std::to_string(content.size())}}};
+            {{"Content-Range", "bytes " + std::to_string(begin) + "-" + last + "/" + std::to_string(content.size())}}};
 }
 
 } // namespace http_test

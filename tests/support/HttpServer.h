@@ -65,6 +65,10 @@ public:
 
     // Paths without a handler answer 404.
     void on(const std::string& path, Handler handler);
+    void on(const std::string& path, const Response& always)
+    {
+        on(path, [always](const Request&) { return always; });
+    }
     // Pieces of a request's body as they come, for bodies without an end.
     void onBody(const std::string& path, BodyHandler handler);
     void protect(const std::string& path, Login login, const std::string& user, const std::string& password);
@@ -93,7 +97,6 @@ private:
     Route routeOf(const std::string& path) const;
     bool readBody(Line& line, Request& request, const BodyHandler& handler) const;
     static std::optional<Response> refuse(const Request& request, const Account& account);
-    static Response answer(const Request& request, const Route& route);
 
     const Security security_;
     std::string certificate_;
