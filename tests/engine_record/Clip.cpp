@@ -7,17 +7,6 @@
 
 namespace record_test {
 
-Folder::Folder()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "record-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-}
-
-Folder::~Folder()
-{
-    std::filesystem::remove_all(path_);
-}
-
 void makeClip(const std::string& arguments)
 {
     if (std::system(("ffmpeg -nostdin -v error -y " + arguments).c_str()) != 0)
@@ -67,28 +56,43 @@ double Clip::duration() const
     return demuxer_ ? static_cast<double>(demuxer_->duration) / AV_TIME_BASE : 0;
 }
 
-int Clip::decodable(AVMediaType type) const
+void Clip::decode(AVMediaType type, const std::function<void(const AVFrame&)>& take) const
 {
     const int stream = streamOf(type);
     if (stream < 0)
-        return 0;
+        return;
     const AVCodec* codec = avcodec_find_decoder(parameters(type)->codec_id);
     const tide::CodecPtr decoder(avcodec_alloc_context3(codec));
     avcodec_parameters_to_context(decoder.get(), parameters(type));
     avcodec_open2(decoder.get(), codec, nullptr);
     const tide::FramePtr frame(av_frame_alloc());
-    int frames = 0;
-    const auto decode = [&](const AVPacket* packet) {
+    const auto decodeOne = [&](const AVPacket* packet) {
         avcodec_send_packet(decoder.get(), packet);
         while (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
-            frames += frame->decode_error_flags == 0;
+            take(*frame);
     };
     for (const auto& packet : packets_) {
         if (packet->stream_index == stream)
-            decode(packet.get());
+            decodeOne(packet.get());
     }
-    decode(nullptr);
+    decodeOne(nullptr);
+}
+
+int Clip::decodable(AVMediaType type) const
+{
+    int frames = 0;
+    decode(type, [&](const AVFrame& frame) { frames += frame.decode_error_flags == 0; });
     return frames;
+}
+
+tide::FramePtr Clip::firstPicture() const
+{
+    tide::FramePtr first;
+    decode(AVMEDIA_TYPE_VIDEO, [&](const AVFrame& frame) {
+        if (!first)
+            first.reset(av_frame_clone(&frame));
+    });
+    return first;
 }
 
 void Clip::announce(tide::PacketSink& sink) const
@@ -101,15 +105,11 @@ void Clip::announce(tide::PacketSink& sink) const
     sink.tracks(tracks);
 }
 
-void Clip::feed(tide::PacketSink& sink, std::size_t first, std::size_t count, const Change& change) const
+void Clip::feed(tide::PacketSink& sink, std::size_t first, std::size_t count) const
 {
     const std::size_t end = first + std::min(count, packets_.size() - first);
-    for (std::size_t i = first; i < end; ++i) {
-        const tide::PacketPtr packet(av_packet_clone(packets_[i].get()));
-        if (change)
-            change(*packet);
-        sink.packet(*packet);
-    }
+    for (std::size_t i = first; i < end; ++i)
+        sink.packet(*packets_[i]);
 }
 
 std::size_t Clip::nextKeyPicture(std::size_t from) const

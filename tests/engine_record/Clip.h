@@ -2,28 +2,13 @@
 
 #include "engine/core/Ffmpeg.h"
 #include "engine/stream/PacketSink.h"
+#include "tests/support/Engine.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
-#include <string>
 #include <vector>
 
 namespace record_test {
-
-// A folder that goes with the object.
-class Folder
-{
-public:
-    Folder();
-    ~Folder();
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    std::string operator/(const std::string& name) const { return (path_ / name).string(); }
-
-private:
-    std::filesystem::path path_;
-};
 
 // Runs the ffmpeg tool; `arguments` ends with the file that it makes.
 void makeClip(const std::string& arguments);
@@ -45,17 +30,17 @@ public:
     const AVCodecParameters* parameters(AVMediaType type) const;
     double duration() const;
     int decodable(AVMediaType type) const; // how many frames come out of the decoder without an error
+    tide::FramePtr firstPicture() const;
 
     // Does what a stream does for its sinks, for the packets from `first` on, as many as `count`.
-    using Change = std::function<void(AVPacket&)>;
     void announce(tide::PacketSink& sink) const;
-    void feed(tide::PacketSink& sink, std::size_t first = 0, std::size_t count = SIZE_MAX,
-              const Change& change = nullptr) const;
+    void feed(tide::PacketSink& sink, std::size_t first = 0, std::size_t count = SIZE_MAX) const;
     std::size_t size() const { return packets_.size(); }
     std::size_t nextKeyPicture(std::size_t from) const;
 
 private:
     int streamOf(AVMediaType type) const;
+    void decode(AVMediaType type, const std::function<void(const AVFrame&)>& take) const;
 
     tide::DemuxerPtr demuxer_;
     std::vector<tide::PacketPtr> packets_;

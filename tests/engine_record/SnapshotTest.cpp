@@ -9,31 +9,8 @@
 namespace tide {
 namespace {
 
-using record_test::Folder;
-
-// The first picture of a file.
-FramePtr firstPicture(const std::string& path)
-{
-    AVFormatContext* opened = nullptr;
-    if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)
-        return nullptr;
-    const DemuxerPtr demuxer(opened);
-    avformat_find_stream_info(opened, nullptr);
-    const AVCodec* codec = avcodec_find_decoder(opened->streams[0]->codecpar->codec_id);
-    const CodecPtr decoder(avcodec_alloc_context3(codec));
-    avcodec_parameters_to_context(decoder.get(), opened->streams[0]->codecpar);
-    avcodec_open2(decoder.get(), codec, nullptr);
-    const PacketPtr packet(av_packet_alloc());
-    FramePtr frame(av_frame_alloc());
-    while (av_read_frame(opened, packet.get()) >= 0) {
-        avcodec_send_packet(decoder.get(), packet.get());
-        av_packet_unref(packet.get());
-        if (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
-            return frame;
-    }
-    avcodec_send_packet(decoder.get(), nullptr);
-    return avcodec_receive_frame(decoder.get(), frame.get()) >= 0 ? std::move(frame) : nullptr;
-}
+using engine_test::Folder;
+using record_test::Clip;
 
 std::vector<std::uint8_t> toRgb(const AVFrame& frame, AVColorSpace space)
 {
@@ -71,7 +48,7 @@ TEST_P(AnyPicture, isSavedAsItIsShown)
     const Folder folder;
     const std::string source = folder / "source.mkv";
     record_test::makeClip("-f lavfi -i " + std::string(GetParam().arguments) + " -frames:v 1 " + source);
-    const FramePtr shown = firstPicture(source);
+    const FramePtr shown = Clip(source).firstPicture();
     ASSERT_TRUE(shown);
     const auto expected = toRgb(*shown, GetParam().space);
     const struct
@@ -82,7 +59,7 @@ TEST_P(AnyPicture, isSavedAsItIsShown)
     } files[] = {{PictureFile::Jpeg, "shot.jpg", 37}, {PictureFile::Bmp, "shot.bmp", 44}};
     for (const auto& file : files) {
         EXPECT_EQ(saveSnapshot(*shown, file.kind, folder / file.name), Failure::None);
-        const FramePtr saved = firstPicture(folder / file.name);
+        const FramePtr saved = Clip(folder / file.name).firstPicture();
         ASSERT_TRUE(saved) << file.name;
         ASSERT_EQ(saved->width, shown->width);
         ASSERT_EQ(saved->height, shown->height);
@@ -97,15 +74,6 @@ INSTANTIATE_TEST_SUITE_P(
                       Picture{"testsrc=s=352x288 -c:v libx264 -pix_fmt yuv420p -qp 4", AVCOL_SPC_SMPTE170M},
                       Picture{"testsrc=s=322x242 -c:v mjpeg -pix_fmt yuvj422p -q:v 2", AVCOL_SPC_SMPTE170M},
                       Picture{"smptebars=s=704x576 -c:v libx264 -pix_fmt yuv444p10 -qp 4", AVCOL_SPC_SMPTE170M}));
-
-TEST(Snapshot, isRefusedWhereNoFileCanBe)
-{
-    const Folder folder;
-    record_test::makeClip("-f lavfi -i testsrc=s=64x64 -frames:v 1 " + folder / "source.png");
-    const FramePtr shown = firstPicture(folder / "source.png");
-    for (const std::string& path : {folder / "missing/shot.jpg", folder / ".", std::string("/proc/shot.jpg")})
-        EXPECT_EQ(saveSnapshot(*shown, PictureFile::Jpeg, path), Failure::WriteFailed) << path;
-}
 
 } // namespace
 } // namespace tide
