@@ -1,20 +1,16 @@
 #include "engine/sound/Mixer.h"
 #include "tests/support/AlsaFiles.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <thread>
 
 namespace tide {
 namespace {
 
 using namespace std::chrono_literals;
+using engine_test::eventually;
 
 constexpr int kRate = 48000; // of the device, with two channels
 
@@ -118,34 +114,38 @@ int soundThreads()
     return found;
 }
 
-bool endsSoon(const std::function<bool()>& isSo)
+// The device's files, a mixer and one voice.
+class MixerTest : public ::testing::Test
 {
-    const TimePoint limit = Clock::now() + 5s;
-    while (!isSo() && Clock::now() < limit)
-        std::this_thread::sleep_for(5ms);
-    return isSo();
-}
+protected:
+    // Ends the mixer: all has been written by then.
+    Played heard()
+    {
+        mixer_.reset();
+        return Played(files_);
+    }
 
-class AnySound : public ::testing::TestWithParam<Sound>
+    AlsaFiles files_;
+    std::unique_ptr<Mixer> mixer_ = std::make_unique<Mixer>();
+    std::shared_ptr<Voice> voice_ = mixer_->makeVoice();
+};
+
+class AnySound : public MixerTest, public ::testing::WithParamInterface<Sound>
 {
 };
 
 TEST_P(AnySound, isHeardAtItsTimeAtItsPitchAndVolume)
 {
-    AlsaFiles files;
-    auto mixer = std::make_unique<Mixer>();
-    const auto voice = mixer->makeVoice();
     const TimePoint start = Clock::now();
-    voice->setVolume(32768);
-    ASSERT_TRUE(mixer->open(voice));
+    voice_->setVolume(32768);
+    ASSERT_TRUE(mixer_->open(voice_));
     const FramePtr frame = makeFrame(GetParam(), 100ms, tone);
-    voice->push(*frame, start + 200ms);
-    voice->push(*frame, start + 300ms);
-    voice->push(*frame, start + 550ms);
+    voice_->push(*frame, start + 200ms);
+    voice_->push(*frame, start + 300ms);
+    voice_->push(*frame, start + 550ms);
     std::this_thread::sleep_until(start + 750ms);
-    mixer.reset();
 
-    const Played played(files);
+    const Played played = heard();
     const std::size_t first = played.onset();
     const std::size_t second = played.onset(first + kRate / 4);
     EXPECT_NEAR(static_cast<double>(first), 0.2 * kRate, 0.05 * kRate);
@@ -160,152 +160,128 @@ INSTANTIATE_TEST_SUITE_P(Formats, AnySound,
                          ::testing::Values(Sound{AV_SAMPLE_FMT_S16, 8000, 1}, Sound{AV_SAMPLE_FMT_FLTP, 44100, 2},
                                            Sound{AV_SAMPLE_FMT_S16, 96000, 2}));
 
-TEST(Mixer, volumeChangesWithoutAClickAndIsKeptWhileClosed)
+TEST_F(MixerTest, volumeChangesWithoutAClickAndIsKeptWhileClosed)
 {
-    AlsaFiles files;
-    auto mixer = std::make_unique<Mixer>();
-    const auto voice = mixer->makeVoice();
-    EXPECT_EQ(voice->volume(), 65535);
+    EXPECT_EQ(voice_->volume(), 65535);
     const FramePtr sound = rise(500ms);
-    mixer->open(voice);
+    mixer_->open(voice_);
     const TimePoint start = Clock::now() + 100ms;
-    voice->push(*sound, start);
+    voice_->push(*sound, start);
     std::this_thread::sleep_until(start + 150ms);
-    voice->setVolume(0);
+    voice_->setVolume(0);
     std::this_thread::sleep_until(start + 300ms);
-    voice->setVolume(16384);
+    voice_->setVolume(16384);
     std::this_thread::sleep_until(start + 400ms);
-    mixer->closeAll();
-    EXPECT_EQ(voice->volume(), 16384);
-    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
+    mixer_->closeAll();
+    EXPECT_EQ(voice_->volume(), 16384);
+    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
 
-    const Played played(files);
+    const Played played = heard();
     EXPECT_NEAR(played.peak(0, kRate / 5), 0.8, 0.01);
     EXPECT_NEAR(played.samples.at(kRate * 7 / 20), 0, 0.001);
     EXPECT_NEAR(played.peak(kRate * 7 / 20, kRate), 0.2, 0.01);
     EXPECT_LT(played.steepest(), 0.002);
 }
 
-TEST(Mixer, onlyTheVoiceThatWasOpenedLastIsHeard)
+TEST_F(MixerTest, onlyTheVoiceThatWasOpenedLastIsHeard)
 {
-    AlsaFiles files;
-    auto mixer = std::make_unique<Mixer>();
-    const auto first = mixer->makeVoice();
-    const auto second = mixer->makeVoice();
+    const auto second = mixer_->makeVoice();
     const TimePoint start = Clock::now() + 50ms;
     const auto pushBoth = [&](TimePoint due) {
-        first->push(*level(0.2, 400ms), due);
+        voice_->push(*level(0.2, 400ms), due);
         second->push(*rise(400ms), due);
     };
-    mixer->open(first);
+    mixer_->open(voice_);
     pushBoth(start);
     std::this_thread::sleep_until(start + 150ms);
-    mixer->open(second);
-    EXPECT_FALSE(first->isOpen());
+    mixer_->open(second);
+    EXPECT_FALSE(voice_->isOpen());
     pushBoth(start + 150ms);
     std::this_thread::sleep_until(start + 300ms);
     second->flush();
     std::this_thread::sleep_until(start + 550ms);
-    mixer.reset();
 
-    const Played played(files);
+    const Played played = heard();
     EXPECT_NEAR(played.peak(0, kRate / 8), 0.2, 0.01);
     EXPECT_NEAR(played.peak(0, played.samples.size()), 0.8, 0.01);
     EXPECT_LT(played.peak(kRate / 2, kRate), 0.001);
 }
 
-TEST(Mixer, lateAndAbsurdlyTimedAndBrokenSoundIsDropped)
+TEST_F(MixerTest, lateAndAbsurdlyTimedAndBrokenSoundIsDropped)
 {
-    AlsaFiles files;
-    auto mixer = std::make_unique<Mixer>();
-    const auto voice = mixer->makeVoice();
-    mixer->open(voice);
+    mixer_->open(voice_);
     const TimePoint start = Clock::now();
-    voice->push(*level(0.9, 100ms), start - 1s);
-    voice->push(*level(0.9, 100ms), start + 1h);
-    voice->push(*level(0.9, 100ms), start + 5s);
+    voice_->push(*level(0.9, 100ms), start - 1s);
+    voice_->push(*level(0.9, 100ms), start + 1h);
+    voice_->push(*level(0.9, 100ms), start + 5s);
     FramePtr broken = level(0.9, 100ms);
     broken->format = AV_SAMPLE_FMT_NB;
-    voice->push(*broken, start);
-    voice->push(*level(0.4, 100ms), start + 100ms); // the stream has jumped back
+    voice_->push(*broken, start);
+    voice_->push(*level(0.4, 100ms), start + 100ms); // the stream has jumped back
     for (int i = 0; i < 2000; ++i)
-        voice->push(*level(0.4, 1ms), start + 200ms);
+        voice_->push(*level(0.4, 1ms), start + 200ms);
     std::this_thread::sleep_until(start + 400ms);
-    mixer.reset();
 
-    const Played played(files);
+    const Played played = heard();
     EXPECT_NEAR(played.peak(0, kRate), 0.4, 0.01);
 }
 
-TEST(Mixer, soundThatIsAlwaysALittleLateIsHeardLaterButWhole)
+TEST_F(MixerTest, soundThatIsAlwaysALittleLateIsHeardLaterButWhole)
 {
-    AlsaFiles files;
-    auto mixer = std::make_unique<Mixer>();
-    const auto voice = mixer->makeVoice();
-    mixer->open(voice);
+    mixer_->open(voice_);
     const FramePtr frame = level(0.4, 20ms);
     const TimePoint start = Clock::now();
     for (int i = 0; i < 30; ++i) {
         std::this_thread::sleep_until(start + i * 20ms);
-        voice->push(*frame, start + i * 20ms - 100ms);
+        voice_->push(*frame, start + i * 20ms - 100ms);
     }
     std::this_thread::sleep_for(300ms);
-    mixer.reset();
 
-    const Played played(files);
+    const Played played = heard();
     const auto isHeard = [](double sample) { return sample > 0.001; };
     EXPECT_GT(std::count_if(played.samples.begin(), played.samples.end(), isHeard), kRate / 2);
 }
 
-TEST(Mixer, hasAThreadOnlyWhileAVoiceIsOpen)
+TEST_F(MixerTest, hasAThreadOnlyWhileAVoiceIsOpen)
 {
-    AlsaFiles files;
-    Mixer mixer;
-    auto voice = mixer.makeVoice();
     EXPECT_EQ(soundThreads(), 0);
-    mixer.open(voice);
-    EXPECT_TRUE(endsSoon([] { return soundThreads() == 1; }));
-    mixer.closeAll();
-    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
-    mixer.open(voice);
-    EXPECT_TRUE(endsSoon([] { return soundThreads() == 1; }));
-    voice.reset(); // a stream that goes takes its voice along
-    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
+    mixer_->open(voice_);
+    EXPECT_TRUE(eventually([] { return soundThreads() == 1; }, 5s));
+    mixer_->closeAll();
+    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
+    mixer_->open(voice_);
+    EXPECT_TRUE(eventually([] { return soundThreads() == 1; }, 5s));
+    voice_.reset(); // a stream that goes takes its voice along
+    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
 }
 
-TEST(Mixer, aDeviceThatFailsIsReplacedUntilItIsBack)
+TEST_F(MixerTest, aDeviceThatFailsIsReplacedUntilItIsBack)
 {
-    AlsaFiles files;
-    files.unplug();
-    auto mixer = std::make_unique<Mixer>();
-    const auto voice = mixer->makeVoice();
+    files_.unplug();
     const TimePoint start = Clock::now();
-    EXPECT_TRUE(mixer->open(voice));
-    voice->push(*level(0.5, 5s), start);
+    EXPECT_TRUE(mixer_->open(voice_));
+    voice_->push(*level(0.5, 5s), start);
     std::this_thread::sleep_until(start + 300ms);
     EXPECT_EQ(soundThreads(), 1);
-    files.putBack();
-    EXPECT_TRUE(endsSoon([&] { return !files.played().empty(); }));
-    mixer.reset();
-    EXPECT_NEAR(Played(files).peak(0, kRate), 0.5, 0.01);
+    files_.putBack();
+    EXPECT_TRUE(eventually([&] { return !files_.played().empty(); }, 5s));
+    EXPECT_NEAR(heard().peak(0, kRate), 0.5, 0.01);
 }
 
-TEST(Mixer, standsManyThreadsThatOpenAndCloseAndPush)
+TEST_F(MixerTest, standsManyThreadsThatOpenAndCloseAndPush)
 {
-    AlsaFiles files;
-    Mixer mixer;
     std::atomic<bool> isDone{false};
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             while (!isDone) {
-                const auto voice = mixer.makeVoice();
-                mixer.open(voice);
+                const auto voice = mixer_->makeVoice();
+                mixer_->open(voice);
                 voice->push(*level(0.1, 20ms), Clock::now());
                 voice->setVolume(1000);
                 voice->flush();
                 std::this_thread::sleep_for(3ms);
-                mixer.closeAll();
+                mixer_->closeAll();
             }
         });
     }
@@ -313,8 +289,8 @@ TEST(Mixer, standsManyThreadsThatOpenAndCloseAndPush)
     isDone = true;
     for (auto& thread : threads)
         thread.join();
-    EXPECT_TRUE(endsSoon([] { return soundThreads() == 0; }));
-    EXPECT_FALSE(files.played().empty());
+    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
+    EXPECT_FALSE(files_.played().empty());
 }
 
 } // namespace
