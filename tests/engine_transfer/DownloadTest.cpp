@@ -16,12 +16,10 @@ TEST_F(DownloadTest, severalAtATimeComeWhole)
 {
     HttpServer server;
     const std::string big = patternOf(3 << 20);
-    server.on("/big", [&](const Request&) { return Response{200, big}; });
-    server.on("/empty", [](const Request&) { return Response{}; });
-    server.on("/endless", [](const Request&) {
-        return Response{
-            200, "", {}, [left = 3]() mutable { return left-- > 0 ? std::string("piece") : std::string(); }};
-    });
+    server.on("/big", Response{200, big});
+    server.on("/empty", Response{});
+    server.on("/endless",
+              Response{200, "", {}, [left = 3]() mutable { return std::string(left-- > 0 ? "piece" : ""); }});
     std::vector<int> ids;
     for (const char* name : {"a", "b", "c"})
         ids.push_back(download(server.url("/big"), name));
@@ -33,9 +31,9 @@ TEST_F(DownloadTest, severalAtATimeComeWhole)
         EXPECT_EQ(report.progress, 100);
     }
     for (const char* name : {"a", "b", "c"})
-        EXPECT_TRUE(content(name) == big) << name;
-    EXPECT_EQ(content("endless"), "piecepiecepiece");
-    EXPECT_EQ(fileCount(), 5U);
+        EXPECT_TRUE(folder_.read(name) == big) << name;
+    EXPECT_EQ(folder_.read("endless"), "piecepiecepiece");
+    EXPECT_EQ(folder_.count(), 5U);
     EXPECT_EQ(TP_StopDownload(ids[0]), 0);
     EXPECT_LT(TP_StopDownload(ids[0]), 0);
     EXPECT_EQ(downloadReport(ids[0]).result, -1);
@@ -46,9 +44,9 @@ TEST_F(DownloadTest, requestCarriesBodyAndPackageType)
 {
     HttpServer server;
     server.on("/x", [](const Request& request) { return Response{200, request.method + " " + request.body}; });
-    const int id = TP_StartDownloadEx(server.url("/x").c_str(), nullptr, path("x").c_str(), 5, "<search/>");
+    const int id = TP_StartDownloadEx(server.url("/x").c_str(), nullptr, (folder_ / "x").c_str(), 5, "<search/>");
     EXPECT_EQ(ended(id, downloadReport).progress, 100);
-    EXPECT_EQ(content("x"), "POST <search/>");
+    EXPECT_EQ(folder_.read("x"), "POST <search/>");
     const auto headers = server.requests("/x").at(0).headers;
     EXPECT_EQ(headers.at("package-type"), "5");
     EXPECT_EQ(headers.at("content-type"), "application/xml");
@@ -59,35 +57,31 @@ TEST_F(DownloadTest, logsInAndKeepsTheCredentialFromOthers)
 {
     HttpServer server;
     HttpServer other;
-    other.on("/file", [](const Request&) { return Response{200, "from the other"}; });
+    other.on("/file", Response{200, "from the other"});
     for (const auto& [name, login] : {std::pair("basic", Login::Basic), std::pair("digest", Login::Digest)}) {
         const std::string page = std::string("/") + name;
         server.on(page, [&](const Request&) { return Response{302, "", {{"Location", other.url("/file")}}}; });
         server.protect(page, login, "user", "pass:word");
         EXPECT_EQ(downloaded(server.url(page), name, "user:pass:word").progress, 100);
-        EXPECT_EQ(content(name), "from the other");
+        EXPECT_EQ(folder_.read(name), "from the other");
         EXPECT_EQ(downloaded(server.url(page), "wrong", "user:wrong").status, TP_TRANSFER_UNAUTHORIZED);
         EXPECT_EQ(httpText(), "Who are you?");
     }
     for (const Request& request : other.requests())
         EXPECT_EQ(request.headers.count("authorization"), 0U);
-    EXPECT_EQ(fileCount(), 2U);
+    EXPECT_EQ(folder_.count(), 2U);
 }
 
 // Every fault has its status and its words, and leaves no file.
 TEST_F(DownloadTest, faultsHaveNames)
 {
     HttpServer server;
-    server.on("/500", [](const Request&) { return Response{500, "disk on fire"}; });
-    server.on("/503", [](const Request&) { return Response{503}; });
-    server.on("/418", [](const Request&) { return Response{418, "teapot"}; });
-    server.on("/loop", [&](const Request&) { return Response{302, "", {{"Location", server.url("/loop")}}}; });
-    server.on("/toFile", [](const Request&) { return Response{302, "", {{"Location", "file:///etc/passwd"}}}; });
-    server.on("/silent", [](const Request&) {
-        Response response{200, "never in time"};
-        response.pause = std::chrono::seconds(2);
-        return response;
-    });
+    server.on("/500", Response{500, "disk on fire"});
+    server.on("/503", Response{503});
+    server.on("/418", Response{418, "teapot"});
+    server.on("/loop", Response{302, "", {{"Location", server.url("/loop")}}});
+    server.on("/toFile", Response{302, "", {{"Location", "file:///etc/passwd"}}});
+    server.on("/silent", slow("never in time", 2s));
     struct Case
     {
         std::string url;
@@ -110,7 +104,7 @@ TEST_F(DownloadTest, faultsHaveNames)
     }
     const int id = download(server.url("/silent"), "x");
     EXPECT_EQ(ended(id, downloadReport).status, TP_TRANSFER_TIMEOUT);
-    EXPECT_EQ(fileCount(), 0U);
+    EXPECT_EQ(folder_.count(), 0U);
 }
 
 // The first answers break off. `rest` says what the server makes of the later ones.
@@ -136,7 +130,7 @@ TEST_F(DownloadTest, brokenLineIsTakenUpWhereItBroke)
 {
     BreakingServer device(400000, 2);
     EXPECT_EQ(downloaded(device.server.url("/file"), "x").progress, 100) << httpText();
-    EXPECT_TRUE(content("x") == device.file);
+    EXPECT_TRUE(folder_.read("x") == device.file);
     const auto requests = device.server.requests();
     ASSERT_EQ(requests.size(), 3U);
     EXPECT_EQ(requests[1].headers.at("range"), "bytes=200000-");
@@ -146,33 +140,25 @@ TEST_F(DownloadTest, brokenLineIsTakenUpWhereItBroke)
 TEST_F(DownloadTest, otherAnswersThanTheRestAreMadeGood)
 {
     const std::string file = patternOf(100000);
-    const std::function<Response(const Request&)> answers[] = {
-        [&](const Request&) {
-            return Response{200, file};
-        },                            // no ranges known
-        [&](const Request& request) { // another range
-            const bool isRest = request.headers.count("range") != 0;
-            return isRest ? Response{206, "xx", {{"Content-Range", "bytes 5-6/100000"}}} : Response{200, file};
-        },
-        [&](const Request& request) { // another file by now
-            const bool isRest = request.headers.count("range") != 0;
-            return isRest ? Response{206, "xx", {{"Content-Range", "bytes 50000-50001/50002"}}} : Response{200, file};
-        },
-        [&](const Request& request) {
-            return request.headers.count("range") != 0 ? Response{416} : Response{200, file};
-        },
+    const auto always = [](Response response) { return [=](const Request&) { return response; }; };
+    const auto otherRange = [&](const char* range) { return always({206, "xx", {{"Content-Range", range}}}); };
+    const std::function<Response(const Request&)> rests[] = {
+        always({200, file}), // no ranges known
+        otherRange("bytes 5-6/100000"),
+        otherRange("bytes 50000-50001/50002"), // another file by now
+        always({416}),
         [&](const Request& request) { // ranges, but little ones
-            if (request.headers.count("range") == 0)
-                return Response{200, file};
             Response rest = http_test::rangeOf(request, file);
             rest.body.resize(std::min<std::size_t>(rest.body.size(), 20000));
             return rest;
         },
     };
-    for (const auto& answer : answers) {
-        BreakingServer device(file.size(), 1, answer);
+    for (const auto& rest : rests) {
+        BreakingServer device(file.size(), 1, [&](const Request& request) {
+            return request.headers.count("range") != 0 ? rest(request) : Response{200, file};
+        });
         EXPECT_EQ(downloaded(device.server.url("/file"), "x").progress, 100) << httpText();
-        EXPECT_TRUE(content("x") == file);
+        EXPECT_TRUE(folder_.read("x") == file);
     }
 }
 
@@ -181,50 +167,36 @@ TEST_F(DownloadTest, givesUpAServerThatAlwaysBreaksAndOneThatLies)
     BreakingServer device(1000, 1000, [](const Request&) { return Response{200, "short"}; });
     EXPECT_EQ(downloaded(device.server.url("/file"), "x").status, TP_TRANSFER_LINE_CUT);
     HttpServer liar;
-    liar.on("/more", [](const Request&) {
-        Response response{200, "some bytes"};
-        response.claimedLength = 1000;
-        return response;
-    });
-    liar.on("/less", [](const Request&) {
-        Response response{200, "some bytes"};
-        response.claimedLength = 4;
-        return response;
-    });
+    for (const auto& [page, length] : {std::pair("/more", 1000), {"/less", 4}}) {
+        Response lie{200, "some bytes"};
+        lie.claimedLength = length;
+        liar.on(page, lie);
+    }
     EXPECT_EQ(downloaded(liar.url("/more"), "x").status, TP_TRANSFER_LINE_CUT);
-    EXPECT_EQ(fileCount(), 0U);
+    EXPECT_EQ(folder_.count(), 0U);
     EXPECT_EQ(downloaded(liar.url("/less"), "less").progress, 100);
-    EXPECT_EQ(content("less"), "some");
+    EXPECT_EQ(folder_.read("less"), "some");
 }
 
 TEST_F(DownloadTest, stopEndsASlowOneAndRemovesItsPart)
 {
     HttpServer server;
-    server.on("/slow", [](const Request&) {
-        Response response{200, patternOf(100000)};
-        response.pieceSize = 1000;
-        response.pause = std::chrono::milliseconds(50);
-        return response;
-    });
+    server.on("/slow", slow(patternOf(100000), 50ms));
     const int id = download(server.url("/slow"), "x");
     while (downloadReport(id).progress < 5)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    EXPECT_EQ(content("x"), "");
+        std::this_thread::sleep_for(5ms);
+    EXPECT_EQ(folder_.read("x"), "");
     EXPECT_EQ(download(server.url("/slow"), "x"), -TP_TRANSFER_FILE_ERROR);
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(TP_StopDownload(id), 0);
-    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(300));
-    EXPECT_EQ(fileCount(), 0U);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 300ms);
+    EXPECT_EQ(folder_.count(), 0U);
 }
 
 TEST_F(DownloadTest, moreThanRunAtATimeWaitTheirTurn)
 {
     HttpServer server;
-    server.on("/slow", [](const Request&) {
-        Response response{200, "text"};
-        response.pause = std::chrono::milliseconds(100);
-        return response;
-    });
+    server.on("/slow", slow("text", 100ms));
     std::vector<int> ids;
     for (int index = 0; index < 40; ++index)
         ids.push_back(download(server.url("/slow"), std::to_string(index)));
@@ -232,7 +204,7 @@ TEST_F(DownloadTest, moreThanRunAtATimeWaitTheirTurn)
     ids.pop_back();
     for (const int id : ids)
         EXPECT_EQ(ended(id, downloadReport).progress, 100);
-    EXPECT_EQ(fileCount(), 39U);
+    EXPECT_EQ(folder_.count(), 39U);
 }
 
 TEST_F(DownloadTest, badOrdersAreRefusedAtOnce)
@@ -249,7 +221,7 @@ TEST_F(DownloadTest, badOrdersAreRefusedAtOnce)
         EXPECT_EQ(download(good, name), -TP_TRANSFER_FILE_ERROR) << name;
     EXPECT_NE(httpText(), "");
     EXPECT_EQ(TP_GetLastError(), 9U);
-    EXPECT_EQ(fileCount(), 0U);
+    EXPECT_EQ(folder_.count(), 0U);
     int number = 0;
     EXPECT_EQ(TP_GetDownloadStatus(1001, nullptr, &number), -1);
     EXPECT_EQ(TP_GetHTTPErrorInfo(nullptr, 10), -1);
@@ -259,16 +231,16 @@ TEST_F(DownloadTest, badOrdersAreRefusedAtOnce)
 TEST_F(DownloadTest, certificatesAreVerified)
 {
     HttpServer server(Security::Tls);
-    server.on("/x", [](const Request&) { return Response{200, patternOf(300000)}; });
+    server.on("/x", Response{200, patternOf(300000)});
     EXPECT_EQ(downloaded(server.url("/x"), "x").status, TP_TRANSFER_NOT_TRUSTED);
     EXPECT_TRUE(server.requests().empty());
     setenv("TIDE_PIPE_TLS_VERIFY", "off", 1);
     EXPECT_EQ(downloaded(server.url("/x"), "x").progress, 100);
     unsetenv("TIDE_PIPE_TLS_VERIFY");
-    setenv("TIDE_PIPE_CA_FILE", fileOf("ca.pem", server.certificate()).c_str(), 1);
+    setenv("TIDE_PIPE_CA_FILE", folder_.write("ca.pem", server.certificate()).c_str(), 1);
     EXPECT_EQ(downloaded(server.url("/x"), "y").progress, 100);
     HttpServer plain;
-    server.on("/down", [&](const Request&) { return Response{302, "", {{"Location", plain.url("/x")}}}; });
+    server.on("/down", Response{302, "", {{"Location", plain.url("/x")}}});
     EXPECT_EQ(downloaded(server.url("/down"), "z").status, TP_TRANSFER_BAD_REQUEST);
     HttpServer stranger(Security::Tls);
     EXPECT_EQ(downloaded(stranger.url("/x"), "z").status, TP_TRANSFER_NOT_TRUSTED);
@@ -277,7 +249,7 @@ TEST_F(DownloadTest, certificatesAreVerified)
 TEST_F(DownloadTest, fullDiskIsAFailureOfTheFile)
 {
     HttpServer server;
-    server.on("/x", [](const Request&) { return Response{200, patternOf(300000)}; });
+    server.on("/x", Response{200, patternOf(300000)});
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, SIG_IGN);
@@ -287,7 +259,7 @@ TEST_F(DownloadTest, fullDiskIsAFailureOfTheFile)
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(report.status, TP_TRANSFER_FILE_ERROR);
     EXPECT_EQ(httpText(), "File too large");
-    EXPECT_EQ(fileCount(), 0U);
+    EXPECT_EQ(folder_.count(), 0U);
 }
 
 // Not a test: what a process of its own does. It ends in the middle of a download.
@@ -297,7 +269,7 @@ TEST(DownloadChild, DISABLED_endsInTheMiddle)
     ASSERT_NE(url, nullptr);
     const int id = TP_StartDownload(url, "", std::getenv("CHILD_FILE"), "");
     while (downloadReport(id).progress < 5)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        std::this_thread::sleep_for(5ms);
     if (std::getenv("CHILD_KILLED"))
         kill(getpid(), SIGKILL);
     std::exit(0);
@@ -318,25 +290,19 @@ int runChild()
 TEST_F(DownloadTest, processThatEndsLeavesNoFileAndAKilledOneAPartThatTheNextTakesOver)
 {
     HttpServer server;
-    std::atomic<int> pause{50};
-    server.on("/slow", [&](const Request&) {
-        Response response{200, patternOf(100000)};
-        response.pieceSize = 1000;
-        response.pause = std::chrono::milliseconds(pause);
-        return response;
-    });
+    server.on("/slow", slow(patternOf(100000), 50ms));
     setenv("CHILD_URL", server.url("/slow").c_str(), 1);
-    setenv("CHILD_FILE", path("x").c_str(), 1);
+    setenv("CHILD_FILE", (folder_ / "x").c_str(), 1);
     EXPECT_EQ(runChild(), 0);
-    EXPECT_EQ(fileCount(), 0U);
+    EXPECT_EQ(folder_.count(), 0U);
     setenv("CHILD_KILLED", "1", 1);
     EXPECT_EQ(WTERMSIG(runChild()), SIGKILL);
-    EXPECT_EQ(fileCount(), 1U);
-    EXPECT_FALSE(std::filesystem::exists(path("x")));
-    pause = 0;
+    EXPECT_EQ(folder_.count(), 1U);
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "x"));
+    server.on("/slow", slow(patternOf(100000), 0ms));
     EXPECT_EQ(downloaded(server.url("/slow"), "x").progress, 100);
-    EXPECT_EQ(content("x"), patternOf(100000));
-    EXPECT_EQ(fileCount(), 1U);
+    EXPECT_EQ(folder_.read("x"), patternOf(100000));
+    EXPECT_EQ(folder_.count(), 1U);
 }
 
 } // namespace transfer_test

@@ -8,8 +8,6 @@
 
 namespace transfer_test {
 
-using namespace std::chrono_literals;
-
 struct Heard
 {
     int box, kind;
@@ -93,26 +91,15 @@ protected:
 
 TEST_F(FishListenerTest, SoundLinesAreReportedAndAllOthersPassedOver)
 {
-    const std::string hostile[] = {"",
-                                   "{}",
-                                   "null",
-                                   "[1]",
-                                   R"({"box": "3", "x": 0.4, "y": 0.5})",
-                                   R"({"box": 3, "x": nan, "y": 0.5})",
-                                   R"({"box": 3, "x": -nan, "y": 0})",
-                                   R"({"box": 3, "x": 1e999, "y": 0.5})",
-                                   R"({"box": 3.5, "x": 0.4, "y": 0.5})",
-                                   R"({"box": 99999999999, "x": 0.4, "y": 0.5})",
-                                   R"({"box": 3, "x": 1.1, "y": 0.5})",
-                                   R"({"box": 3, "x": 0.4})",
-                                   R"({"mode": 256})",
-                                   R"({"mode": -1})",
-                                   R"({"mode": true})",
-                                   R"({"mode": 1)",
-                                   R"({"mode": 1}})",
-                                   R"({"mo\)",
-                                   std::string(20, '{'),
-                                   R"({"mode": 1, "x": ")" + std::string(3 << 20, 'x') + R"("})"};
+    // clang-format off
+    const std::string hostile[] = {
+        "", "{}", "null", "[1]", std::string(20, '{'),
+        R"({"box": "3", "x": 0.4, "y": 0.5})", R"({"box": 3, "x": nan, "y": 0.5})", R"({"box": 3, "x": -nan, "y": 0})",
+        R"({"box": 3, "x": 1e999, "y": 0.5})", R"({"box": 3.5, "x": 0.4, "y": 0.5})",
+        R"({"box": 99999999999, "x": 0.4, "y": 0.5})", R"({"box": 3, "x": 1.1, "y": 0.5})", R"({"box": 3, "x": 0.4})",
+        R"({"mode": 256})", R"({"mode": -1})", R"({"mode": true})", R"({"mode": 1)", R"({"mode": 1}})", R"({"mo\)",
+        R"({"mode": 1, "x": ")" + std::string(3 << 20, 'x') + R"("})"};
+    // clang-format on
     std::string text = R"({"box": 3, "x": 0.25, "y": 0.5, "name": "a \" b", "on": null})"
                        "\r\n";
     for (const std::string& line : hostile)

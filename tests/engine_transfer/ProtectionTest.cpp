@@ -29,15 +29,8 @@ Outcome call(decltype(&TP_Encrypt) operation, const std::string& text, int type 
     return outcome;
 }
 
-Outcome encrypt(const std::string& text, int type = 0, bool encrypted = false)
-{
-    return call(TP_Encrypt, text, type, encrypted);
-}
-
-Outcome decrypt(const std::string& text, int type = 0, bool encrypted = false)
-{
-    return call(TP_Decrypt, text, type, encrypted);
-}
+constexpr auto encrypt = [](const std::string& text, auto... how) { return call(TP_Encrypt, text, how...); };
+constexpr auto decrypt = [](const std::string& text, auto... how) { return call(TP_Decrypt, text, how...); };
 
 TEST(ProtectionTest, textsComeBackUnderTheSameSecretAndType)
 {

@@ -1,19 +1,12 @@
 #pragma once
 
-#include "include/tide_pipe/tide_pipe.h"
+#include "tests/support/Engine.h"
 #include "tests/support/HttpServer.h"
-
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <thread>
 
 namespace transfer_test {
 
+using namespace std::chrono_literals;
+using engine_test::eventually;
 using http_test::HttpServer;
 using http_test::Login;
 using http_test::Request;
@@ -44,11 +37,11 @@ inline Report upgradeReport(int id)
 // The report in which a job has ended, well or not.
 template <class Ask> Report ended(int id, Ask ask)
 {
-    Report report = ask(id);
-    for (int turn = 0; turn < 3000 && report.status == TP_TRANSFER_OK && report.progress < 100; ++turn) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    Report report;
+    eventually([&] {
         report = ask(id);
-    }
+        return report.status != TP_TRANSFER_OK || report.progress >= 100;
+    });
     return report;
 }
 
@@ -62,47 +55,33 @@ inline std::string httpText()
 class TransferTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
+    TransferTest() { setenv("TIDE_PIPE_HTTP_TIMEOUT", "1", 1); }
+    ~TransferTest() override
     {
-        std::string name = std::filesystem::temp_directory_path() / "transferXXXXXX";
-        folder_ = mkdtemp(name.data());
-        setenv("TIDE_PIPE_HTTP_TIMEOUT", "1", 1);
-    }
-    void TearDown() override
-    {
-        std::filesystem::remove_all(folder_);
         unsetenv("TIDE_PIPE_CA_FILE");
         unsetenv("TIDE_PIPE_TLS_VERIFY");
     }
 
-    std::string path(const std::string& name) const { return folder_ + "/" + name; }
-    std::string fileOf(const std::string& name, const std::string& content) const
-    {
-        std::ofstream(path(name), std::ios::binary) << content;
-        return path(name);
-    }
-    std::string content(const std::string& name) const
-    {
-        std::ifstream file(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    std::size_t fileCount() const
-    {
-        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
-    }
-
     int download(const std::string& url, const std::string& name, const char* auth = "", const char* xml = "") const
     {
-        return TP_StartDownload(url.c_str(), auth, path(name).c_str(), xml);
+        return TP_StartDownload(url.c_str(), auth, (folder_ / name).c_str(), xml);
     }
     Report downloaded(const std::string& url, const std::string& name, const char* auth = "") const
     {
         return ended(download(url, name, auth), downloadReport);
     }
 
-private:
-    std::string folder_;
+    engine_test::Folder folder_;
 };
+
+// Comes in pieces, after a pause each.
+inline Response slow(const std::string& body, std::chrono::milliseconds pause, std::size_t pieceSize = 1000)
+{
+    Response response{200, body};
+    response.pause = pause;
+    response.pieceSize = pieceSize;
+    return response;
+}
 
 // Bytes that do not repeat, so that a piece in the wrong place shows.
 inline std::string patternOf(std::size_t size)

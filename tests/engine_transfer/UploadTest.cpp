@@ -20,9 +20,9 @@ std::string uploadText(int id)
 TEST_F(UploadTest, sendsTheFileWithEveryLogin)
 {
     HttpServer server(Security::Tls);
-    setenv("TIDE_PIPE_CA_FILE", fileOf("ca.pem", server.certificate()).c_str(), 1);
+    setenv("TIDE_PIPE_CA_FILE", folder_.write("ca.pem", server.certificate()).c_str(), 1);
     const std::string file = patternOf(2 << 20); // large enough for "100-continue"
-    const std::string source = fileOf("source", file);
+    const std::string source = folder_.write("source", file);
     for (const auto& [page, login] :
          {std::pair("/none", Login::None), std::pair("/basic", Login::Basic), std::pair("/digest", Login::Digest)}) {
         server.on(page, [&](const Request& request) { return Response{request.body == file ? 200 : 400, "damaged"}; });
@@ -34,18 +34,18 @@ TEST_F(UploadTest, sendsTheFileWithEveryLogin)
     EXPECT_EQ(TP_Upload(server.url("/basic").c_str(), "user:secret", source.c_str(), "", TP_UPLOAD_PUT), 0);
     EXPECT_EQ(server.requests("/basic").back().method, "PUT");
     EXPECT_EQ(server.requests("/basic").back().headers.at("content-type"), "application/octet-stream");
-    server.on("/moved", [&](const Request&) { return Response{301, "", {{"Location", server.url("/digest")}}}; });
+    server.on("/moved", Response{301, "", {{"Location", server.url("/digest")}}});
     EXPECT_EQ(TP_Upload(server.url("/moved").c_str(), "user:secret", source.c_str(), "", 0), 0) << httpText();
 }
 
 TEST_F(UploadTest, refusalsAreNamedInTheServersWords)
 {
     HttpServer server;
-    server.on("/full", [](const Request&) { return Response{507, std::string(200000, 'w')}; });
-    server.on("/no", [](const Request&) { return Response{400, "wrong model"}; });
-    server.on("/yes", [](const Request&) { return Response{204}; });
+    server.on("/full", Response{507, std::string(200000, 'w')});
+    server.on("/no", Response{400, "wrong model"});
+    server.on("/yes", Response{204});
     server.protect("/locked", Login::Digest, "user", "secret");
-    const std::string source = fileOf("source", "text");
+    const std::string source = folder_.write("source", "text");
     const auto send = [&](const char* page) {
         return TP_Upload(server.url(page).c_str(), "user:wrong", source.c_str(), "", 0);
     };
@@ -65,11 +65,11 @@ TEST_F(UploadTest, refusalsAreNamedInTheServersWords)
     EXPECT_EQ(TP_GetIpcImportErrorInfo(importText), 0);
     EXPECT_STREQ(importText, "");
 
-    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/no").c_str(), "", path("config").c_str()), -TP_TRANSFER_REFUSED);
-    EXPECT_EQ(fileCount(), 1U);
-    server.on("/config", [](const Request&) { return Response{200, "the configuration"}; });
-    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/config").c_str(), "", path("config").c_str()), 0);
-    EXPECT_EQ(content("config"), "the configuration");
+    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/no").c_str(), "", (folder_ / "config").c_str()), -TP_TRANSFER_REFUSED);
+    EXPECT_EQ(folder_.count(), 1U);
+    server.on("/config", Response{200, "the configuration"});
+    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/config").c_str(), "", (folder_ / "config").c_str()), 0);
+    EXPECT_EQ(folder_.read("config"), "the configuration");
     EXPECT_EQ(httpText(), "");
 }
 
@@ -77,9 +77,10 @@ TEST_F(UploadTest, unusableFilesAndHeadersAreRefused)
 {
     HttpServer server;
     const std::string url = server.url("/x");
-    const std::string source = fileOf("source", "text");
-    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
-    for (const std::string& name : {path("pipe"), path("none"), path("."), std::string(), std::string(10000, 'n')})
+    const std::string source = folder_.write("source", "text");
+    ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+    for (const std::string& name :
+         {folder_ / "pipe", folder_ / "none", folder_ / ".", std::string(), std::string(10000, 'n')})
         EXPECT_EQ(TP_Upload(url.c_str(), "", name.c_str(), "", 0), -TP_TRANSFER_FILE_ERROR) << name;
     EXPECT_EQ(TP_Upload(url.c_str(), "", source.c_str(), "a\r\nX-Evil: 1", 0), -TP_TRANSFER_BAD_REQUEST);
     EXPECT_EQ(TP_StartUpgrade(url.c_str(), "", "", source.c_str(), "\n", ""), -TP_TRANSFER_BAD_REQUEST);
@@ -93,13 +94,13 @@ void serveReports(HttpServer& server, std::vector<Response> reports)
     auto asked = std::make_shared<std::atomic<std::size_t>>(0);
     server.on("/status",
               [reports, asked](const Request&) { return reports[std::min((*asked)++, reports.size() - 1)]; });
-    server.on("/upload", [](const Request&) { return Response{200}; });
+    server.on("/upload", Response{200});
 }
 
 TEST_F(UploadTest, upgradeFollowsTheDevice)
 {
     HttpServer server;
-    const std::string source = fileOf("firmware", patternOf(100000));
+    const std::string source = folder_.write("firmware", patternOf(100000));
     serveReports(server, {{200, R"({"status": 0, "progress": 20})"},
                           {503, "restarting"},
                           {200, "<report><status>0</status><progress>100</progress></report>"}});
@@ -108,13 +109,14 @@ TEST_F(UploadTest, upgradeFollowsTheDevice)
     };
     const int id = upgrade("/upload");
     EXPECT_LT(upgradeReport(id).progress, 100);
-    int most = 0;
-    for (Report report = upgradeReport(id); report.status == 0 && report.progress < 100; report = upgradeReport(id)) {
-        most = std::max(most, report.progress);
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+    int most = 0; // but for the end
+    const auto watched = [&](int watchedId) {
+        const Report report = upgradeReport(watchedId);
+        most = report.progress < 100 ? std::max(most, report.progress) : most;
+        return report;
+    };
+    EXPECT_EQ(ended(id, watched).status, TP_TRANSFER_OK);
     EXPECT_EQ(most, 60);
-    EXPECT_EQ(upgradeReport(id).status, TP_TRANSFER_OK);
     EXPECT_EQ(server.requests("/upload").at(0).headers.at("upgrade-flag"), "keep");
     EXPECT_EQ(server.requests("/status").size(), 3U);
 
@@ -133,14 +135,13 @@ TEST_F(UploadTest, upgradeFollowsTheDevice)
 TEST_F(UploadTest, uploadKeepsItsErrorTextUntilItIsStopped)
 {
     HttpServer server;
-    const std::string source = fileOf("source", "text");
+    const std::string source = folder_.write("source", "text");
     serveReports(server, {{200, R"({"progress":10})"}, {404, "gone"}});
     const int id = TP_StartAsynUpload(server.url("/upload").c_str(), server.url("/status").c_str(), "", source.c_str(),
                                       nullptr, 0);
     ASSERT_GT(id, 0);
     EXPECT_EQ(uploadText(id), "");
-    for (int turn = 0; turn < 300 && uploadText(id).empty(); ++turn)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    eventually([&] { return !uploadText(id).empty(); }, 3s);
     EXPECT_EQ(uploadText(id), "gone");
     EXPECT_EQ(TP_StopAsynUpload(id), 0);
     EXPECT_EQ(TP_StopAsynUpload(id), -1);
