@@ -16,7 +16,6 @@ namespace {
 
 struct Script
 {
-    std::mutex mutex; // guards everything; never held while an action runs
     std::vector<Call> calls;
     std::map<std::string, int> answers;
     std::map<std::string, std::function<void()>> actions;
@@ -33,19 +32,29 @@ Script& script()
     return *instance;
 }
 
+std::mutex& scriptMutex() // never held while an action runs
+{
+    static auto* const instance = new std::mutex;
+    return *instance;
+}
+
+template <class Use> auto withScript(Use use)
+{
+    const std::lock_guard lock(scriptMutex());
+    return use(script());
+}
+
 template <class Value> Value lookUp(std::map<std::string, Value> Script::*table, const char* name)
 {
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    const auto found = (s.*table).find(name);
-    return found != (s.*table).end() ? found->second : Value();
+    return withScript([&](Script& s) {
+        const auto found = (s.*table).find(name);
+        return found != (s.*table).end() ? found->second : Value();
+    });
 }
 
 template <class Value> void tell(std::map<std::string, Value> Script::*table, const std::string& name, Value value)
 {
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    (s.*table)[name] = std::move(value);
+    withScript([&](Script& s) { (s.*table)[name] = std::move(value); });
 }
 
 std::string joined(std::initializer_list<double> numbers)
@@ -60,27 +69,24 @@ std::string joined(std::initializer_list<double> numbers)
 
 int answerCall(const char* name, std::vector<std::string> arguments, bool answersId)
 {
-    Script& s = script();
-    {
-        const std::lock_guard lock(s.mutex);
-        s.calls.push_back({name, std::move(arguments)});
-    }
+    withScript([&](Script& s) { s.calls.push_back({name, std::move(arguments)}); });
     if (const auto action = lookUp(&Script::actions, name))
         action();
-    const std::lock_guard lock(s.mutex);
-    if (s.failIn > 0 && --s.failIn == 0)
-        return -1;
-    if (const auto told = s.answers.find(name); told != s.answers.end())
-        return told->second;
-    return answersId ? s.nextId++ : 0;
+    return withScript([&](Script& s) {
+        if (s.failIn > 0 && --s.failIn == 0)
+            return -1;
+        if (const auto told = s.answers.find(name); told != s.answers.end())
+            return told->second;
+        return answersId ? s.nextId++ : 0;
+    });
 }
 
 unsigned scriptedError()
 {
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    s.calls.push_back({"TP_GetLastError", {}});
-    return s.lastError;
+    return withScript([](Script& s) {
+        s.calls.push_back({"TP_GetLastError", {}});
+        return s.lastError;
+    });
 }
 
 std::vector<double> given(const char* name)
@@ -140,22 +146,16 @@ std::string asText(const _TP_SRTRANSFER* transfer)
 void reset()
 {
     closeAll();
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    s.calls.clear();
-    s.answers.clear();
-    s.actions.clear();
-    s.numbers.clear();
-    s.texts.clear();
-    s.lastError = 0;
-    s.failIn = 0;
+    withScript([](Script& s) {
+        const int nextId = s.nextId;
+        s = Script();
+        s.nextId = nextId;
+    });
 }
 
 std::vector<Call> calls()
 {
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    return s.calls;
+    return withScript([](const Script& s) { return s.calls; });
 }
 
 std::vector<Call> calls(const std::string& name)
@@ -188,16 +188,12 @@ void giveText(const std::string& name, std::string text)
 
 void failCall(int nth)
 {
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    s.failIn = nth;
+    withScript([=](Script& s) { s.failIn = nth; });
 }
 
 void lastError(unsigned code)
 {
-    Script& s = script();
-    const std::lock_guard lock(s.mutex);
-    s.lastError = code;
+    withScript([=](Script& s) { s.lastError = code; });
 }
 
 } // namespace engine_double

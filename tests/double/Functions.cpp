@@ -16,6 +16,13 @@ using namespace engine_double;
     {                                                                                                                  \
         return recordId(#name, __VA_ARGS__);                                                                           \
     }
+// As RECORDED, after what the test gave has been put into the out parameters.
+#define RECORDED_GIVEN(giving, name, parameters, ...)                                                                  \
+    int name parameters                                                                                                \
+    {                                                                                                                  \
+        giving;                                                                                                        \
+        return record(#name, __VA_ARGS__);                                                                             \
+    }
 
 // clang-format off
 RECORDED(TP_InitLib, (const char* dir), dir)
@@ -77,6 +84,37 @@ RECORDED_WITH_ID(TP_StartUpgrade,
      const char* upgradeFlag, const char* pReserve),
     upgradeUrl, statusUrl, auth, path, upgradeFlag, pReserve)
 RECORDED(TP_StopUpgrade, (int upgradeId), upgradeId)
+RECORDED_GIVEN(fill("TP_GetPictureSize", width, height),
+    TP_GetPictureSize, (int playId, int* width, int* height), playId, width, height)
+RECORDED_GIVEN(
+    fill("TP_GetOSDTime", &time->year, &time->month, &time->day, &time->hour, &time->minute, &time->second),
+    TP_GetOSDTime, (int playId, _TP_OSDTIME* time), playId, time)
+RECORDED_GIVEN(fill("TP_FEC_GetParam", &param->mask, &param->x, &param->y, &param->z, &param->angle),
+    TP_FEC_GetParam, (int realPlayId, int viewId, _TP_FISHEYEPARAM* param), realPlayId, viewId)
+RECORDED_GIVEN(fill("TP_FEC_IsInFinshDraw", viewId),
+    TP_FEC_IsInFinshDraw, (int realPlayId, int* viewId, float x, float y), realPlayId, viewId, x, y)
+RECORDED_GIVEN(fill("TP_FEC_PTZ2WindowEx", x, y), TP_FEC_PTZ2WindowEx,
+    (int realPlayId, int viewId, int ownViewId, const _TP_PTZPARAM* start, const _TP_PTZPARAM* from,
+     const _TP_PTZPARAM* to, float* x, float* y),
+    realPlayId, viewId, ownViewId, start, from, to, x, y)
+RECORDED_GIVEN(fill("TP_FEC_TestScan", x, y), TP_FEC_TestScan,
+    (int realPlayId, int viewId, float* x, float* y, int placeType, float step),
+    realPlayId, viewId, x, y, placeType, step)
+RECORDED_GIVEN((copyText("TP_Encrypt", out), fill("TP_Encrypt", outLength)), TP_Encrypt,
+    (int type, const char* text, char* out, int* outLength, int reserved, bool encrypted),
+    type, text, out, outLength, reserved, encrypted)
+RECORDED_GIVEN((copyText("TP_Decrypt", out), fill("TP_Decrypt", outLength)), TP_Decrypt,
+    (int type, const char* text, char* out, int* outLength, int reserved, bool encrypted),
+    type, text, out, outLength, reserved, encrypted)
+RECORDED_GIVEN(copyText("TP_GetUploadErrorInfo", buffer),
+    TP_GetUploadErrorInfo, (int uploadId, char* buffer), uploadId, buffer)
+RECORDED_GIVEN(copyText("TP_GetIpcImportErrorInfo", buffer), TP_GetIpcImportErrorInfo, (char* buffer), buffer)
+RECORDED_GIVEN(copyText("TP_GetHTTPErrorInfo", buffer),
+    TP_GetHTTPErrorInfo, (char* buffer, int size), buffer, size)
+RECORDED_GIVEN(fill("TP_GetDownloadStatus", status, progress),
+    TP_GetDownloadStatus, (int downloadId, int* status, int* progress), downloadId, status, progress)
+RECORDED_GIVEN(fill("TP_UpgradeStatus", status, progress),
+    TP_UpgradeStatus, (int upgradeId, int* status, int* progress), upgradeId, status, progress)
 // clang-format on
 
 unsigned TP_GetLastError()
@@ -118,12 +156,6 @@ float TP_GetScale(int playId)
     return scale;
 }
 
-int TP_GetPictureSize(int playId, int* width, int* height)
-{
-    fill("TP_GetPictureSize", width, height);
-    return record("TP_GetPictureSize", playId, width, height);
-}
-
 int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user)
 {
     const int result = record("TP_RigisterDrawFun", playId, fn, user);
@@ -140,12 +172,6 @@ int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, void* user)
     else if (result >= 0)
         setAdditionHook(playId, nullptr);
     return result;
-}
-
-int TP_GetOSDTime(int playId, _TP_OSDTIME* time)
-{
-    fill("TP_GetOSDTime", &time->year, &time->month, &time->day, &time->hour, &time->minute, &time->second);
-    return record("TP_GetOSDTime", playId, time);
 }
 
 int TP_CloseSound()
@@ -166,77 +192,8 @@ int TP_FECRigisterDrawFun(int realPlayId, int viewId, TP_FECDrawFun fn, void* us
     return result;
 }
 
-int TP_FEC_GetParam(int realPlayId, int viewId, _TP_FISHEYEPARAM* param)
-{
-    fill("TP_FEC_GetParam", &param->mask, &param->x, &param->y, &param->z, &param->angle);
-    return record("TP_FEC_GetParam", realPlayId, viewId);
-}
-
-int TP_FEC_IsInFinshDraw(int realPlayId, int* viewId, float x, float y)
-{
-    fill("TP_FEC_IsInFinshDraw", viewId);
-    return record("TP_FEC_IsInFinshDraw", realPlayId, viewId, x, y);
-}
-
-int TP_FEC_PTZ2WindowEx(int realPlayId, int viewId, int ownViewId, const _TP_PTZPARAM* start, const _TP_PTZPARAM* from,
-                        const _TP_PTZPARAM* to, float* x, float* y)
-{
-    fill("TP_FEC_PTZ2WindowEx", x, y);
-    return record("TP_FEC_PTZ2WindowEx", realPlayId, viewId, ownViewId, start, from, to, x, y);
-}
-
-int TP_FEC_TestScan(int realPlayId, int viewId, float* x, float* y, int placeType, float step)
-{
-    fill("TP_FEC_TestScan", x, y);
-    return record("TP_FEC_TestScan", realPlayId, viewId, x, y, placeType, step);
-}
-
 int TP_SetFishMsgCallBack(TP_FishMsgFun fn)
 {
     setFishMessageHandler(fn);
     return record("TP_SetFishMsgCallBack", fn);
-}
-
-int TP_Encrypt(int type, const char* text, char* out, int* outLength, int reserved, bool encrypted)
-{
-    copyText("TP_Encrypt", out);
-    fill("TP_Encrypt", outLength);
-    return record("TP_Encrypt", type, text, out, outLength, reserved, encrypted);
-}
-
-int TP_Decrypt(int type, const char* text, char* out, int* outLength, int reserved, bool encrypted)
-{
-    copyText("TP_Decrypt", out);
-    fill("TP_Decrypt", outLength);
-    return record("TP_Decrypt", type, text, out, outLength, reserved, encrypted);
-}
-
-int TP_GetUploadErrorInfo(int uploadId, char* buffer)
-{
-    copyText("TP_GetUploadErrorInfo", buffer);
-    return record("TP_GetUploadErrorInfo", uploadId, buffer);
-}
-
-int TP_GetIpcImportErrorInfo(char* buffer)
-{
-    copyText("TP_GetIpcImportErrorInfo", buffer);
-    return record("TP_GetIpcImportErrorInfo", buffer);
-}
-
-int TP_GetHTTPErrorInfo(char* buffer, int size)
-{
-    copyText("TP_GetHTTPErrorInfo", buffer);
-    return record("TP_GetHTTPErrorInfo", buffer, size);
-}
-
-int TP_GetDownloadStatus(int downloadId, int* status, int* progress)
-{
-    fill("TP_GetDownloadStatus", status, progress);
-    return record("TP_GetDownloadStatus", downloadId, status, progress);
-}
-
-int TP_UpgradeStatus(int upgradeId, int* status, int* progress)
-{
-    fill("TP_UpgradeStatus", status, progress);
-    return record("TP_UpgradeStatus", upgradeId, status, progress);
 }

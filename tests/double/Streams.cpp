@@ -25,8 +25,7 @@ struct Streams
     std::mutex mutex; // guards everything; never held while a hook runs
     std::condition_variable left;
     std::map<int, std::shared_ptr<Stream>> live;
-    TP_MessageHandler messageHandler = nullptr;
-    void* messageUser = nullptr;
+    std::pair<TP_MessageHandler, void*> messageHandler;
     TP_FishMsgFun fishHandler = nullptr;
 };
 
@@ -34,6 +33,13 @@ Streams& streams()
 {
     static auto* const instance = new Streams;
     return *instance;
+}
+
+template <class Use> auto withStreams(Use use)
+{
+    Streams& s = streams();
+    const std::lock_guard lock(s.mutex);
+    return use(s);
 }
 
 // Runs `hook` of a live stream; its stop waits.
@@ -57,10 +63,10 @@ template <class Hook, class... Arguments> bool runHook(int playId, Hook Stream::
 
 template <class Hook> void setHook(int playId, Hook Stream::*hook, Hook value)
 {
-    Streams& s = streams();
-    const std::lock_guard lock(s.mutex);
-    if (const auto found = s.live.find(playId); found != s.live.end())
-        found->second.get()->*hook = std::move(value);
+    withStreams([&](Streams& s) {
+        if (const auto found = s.live.find(playId); found != s.live.end())
+            found->second.get()->*hook = std::move(value);
+    });
 }
 
 // With the lock: takes the stream out and waits until its hooks have left.
@@ -87,12 +93,8 @@ int viewOf(const Streams& s, int playId)
 
 int opened(int playId, int parent)
 {
-    Streams& s = streams();
-    const std::lock_guard lock(s.mutex);
-    if (playId != -1) {
-        s.live[playId] = std::make_shared<Stream>();
-        s.live[playId]->parent = parent;
-    }
+    if (playId != -1)
+        withStreams([=](Streams& s) { s.live[playId] = std::make_shared<Stream>(Stream{parent, 0, {}, {}}); });
     return playId;
 }
 
@@ -126,37 +128,24 @@ void setAdditionHook(int playId, std::function<void(TP_ADDITION_DATA_INFO*)> hoo
 
 void setMessageHandler(TP_MessageHandler handler, void* user)
 {
-    Streams& s = streams();
-    const std::lock_guard lock(s.mutex);
-    s.messageHandler = handler;
-    s.messageUser = user;
+    withStreams([=](Streams& s) { s.messageHandler = {handler, user}; });
 }
 
 void setFishMessageHandler(TP_FishMsgFun handler)
 {
-    Streams& s = streams();
-    const std::lock_guard lock(s.mutex);
-    s.fishHandler = handler;
+    withStreams([=](Streams& s) { s.fishHandler = handler; });
 }
 
 void emitMessage(int playId, unsigned message)
 {
-    Streams& s = streams();
-    std::unique_lock lock(s.mutex);
-    const TP_MessageHandler handler = s.messageHandler;
-    void* const user = s.messageUser;
-    lock.unlock();
+    const auto [handler, user] = withStreams([](const Streams& s) { return s.messageHandler; });
     if (handler)
         handler(playId, message, user);
 }
 
 void emitFishMessage(void* data, unsigned length)
 {
-    Streams& s = streams();
-    std::unique_lock lock(s.mutex);
-    const TP_FishMsgFun handler = s.fishHandler;
-    lock.unlock();
-    if (handler)
+    if (const auto handler = withStreams([](const Streams& s) { return s.fishHandler; }))
         handler(0, 0, data, length);
 }
 
@@ -172,12 +161,12 @@ void emitAddition(int playId, TP_ADDITION_DATA_INFO* info)
 
 std::vector<int> livePlays()
 {
-    Streams& s = streams();
-    const std::lock_guard lock(s.mutex);
-    std::vector<int> ids;
-    for (const auto& stream : s.live)
-        ids.push_back(stream.first);
-    return ids;
+    return withStreams([](const Streams& s) {
+        std::vector<int> ids;
+        for (const auto& stream : s.live)
+            ids.push_back(stream.first);
+        return ids;
+    });
 }
 
 } // namespace engine_double
