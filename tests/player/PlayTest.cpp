@@ -1,29 +1,19 @@
-#include "src/player/Player.h"
 #include "tests/support/Wall.h"
 
-#include <gmock/gmock.h>
-
-using engine_double::calls;
-using quillmark::lumen_deck::Player;
+using namespace wall;
 using quillmark::lumen_deck::StreamKind;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using wall::Answer;
-using wall::engineCalls;
 
 namespace {
 
-class PlayTest : public wall::WallTest
+class PlayTest : public WallTest
 {
 protected:
-    Player* player() { return main().findChild<Player*>(); }
-
-    std::vector<std::string> playArguments() { return calls("TP_Play").at(0).arguments; }
+    static std::vector<std::string> playArguments() { return calls("TP_Play").back().arguments; }
 };
 
 TEST_F(PlayTest, callsTheEngineInOrderWithTheSettingsOfTheUser)
 {
-    wall::configure(R"({"protocolType":4,"ivsMode":1,"showFireDistance":3,"showTemperatureLine":2,
+    configure(R"({"protocolType":4,"ivsMode":1,"showFireDistance":3,"showTemperatureLine":2,
                         "captureIncludeTemperatureInfo":5,"osdPicInfo":"0"})");
     ASSERT_TRUE(ask(LD_SetHttps, R"({"https":true})").null);
     const std::size_t before = calls().size();
@@ -45,6 +35,9 @@ TEST_F(PlayTest, callsTheEngineInOrderWithTheSettingsOfTheUser)
     EXPECT_EQ(player()->playStatus(), Player::Playing);
     EXPECT_TRUE(LD_IsWindowPlaying(&main(), 0));
     EXPECT_FALSE(LD_IsWindowPlaying(&main(), 1) || LD_IsWindowPlaying(&main(), 99) || LD_IsWindowPlaying(&main(), -1));
+    EXPECT_EQ(ask(LD_Play, R"({"wndIndex":0,"url":"u","auth":""})").message(),
+              "The player is already playing, can not play twice");
+    EXPECT_EQ(calls("TP_Play").size(), 1U);
 }
 
 TEST_F(PlayTest, reversePlaySetsTheOverlaysFirstAndNoBuffer)
@@ -68,28 +61,14 @@ TEST_F(PlayTest, buffersByTheSetting)
     const std::pair<const char*, const char*> frames[] = {{"0", "1"}, {"1", "3"}, {"2", "6"}, {"3", "15"},
                                                           {"4", "9"}, {"7", "6"}, {"-1", "6"}};
     for (const auto& [setting, expected] : frames) {
-        wall::configure(QByteArray(R"({"buffNumberType":)") + setting + "}");
+        configure(QByteArray(R"({"buffNumberType":)") + setting + "}");
         ask(LD_Play, R"({"wndIndex":0,"url":"","auth":"","customBuffNumber":9})");
         EXPECT_EQ(calls("TP_SetDisplayBuf").back().arguments.at(0), expected) << setting;
-        ask(LD_Stop, R"({"wndIndex":0})");
+        ask(LD_Stop);
     }
-    wall::configure(R"({"buffNumberType":4})");
+    configure(R"({"buffNumberType":4})");
     ask(LD_Play, R"({"wndIndex":0,"url":"","auth":""})");
     EXPECT_EQ(calls("TP_SetDisplayBuf").back().arguments.at(0), "0");
-}
-
-TEST_F(PlayTest, tellsTheKindOfStreamFromTheUrl)
-{
-    const std::pair<const char*, StreamKind> kinds[] = {
-        {"rtsp://h/CHANNELS/1", StreamKind::Live}, {"h/quillMark/tracks", StreamKind::Live},
-        {"sdk/play/1", StreamKind::Live},          {"h/Tracks/1", StreamKind::Recorded},
-        {"a.vod", StreamKind::Recorded},           {"sdk/playback", StreamKind::Recorded},
-        {"sdk/play", StreamKind::Other},           {"", StreamKind::Other}};
-    for (const auto& [url, kind] : kinds) {
-        play(url);
-        EXPECT_EQ(player()->streamKind(), kind) << url;
-        ask(LD_Stop, R"({"wndIndex":0})");
-    }
 }
 
 TEST_F(PlayTest, transcodingUrlsTakeTheWindowsBlock)
@@ -97,58 +76,32 @@ TEST_F(PlayTest, transcodingUrlsTakeTheWindowsBlock)
     const journal::Tolerated outOfRange;
     play("h/TransCoding/1");
     EXPECT_EQ(playArguments().at(7), std::string(56, '0')) << "made on the way, all zero";
-    ask(LD_Stop, R"({"wndIndex":0})");
-    const Answer missing = ask(LD_SetTrsPlayBackParam, R"({"wndIndex":0,"params":{"transBitrate":9}})");
-    EXPECT_EQ(missing.message(), "an required field is missing from json object, required key is transResolution");
+    ask(LD_Stop);
+    EXPECT_EQ(ask(LD_SetTrsPlayBackParam, R"({"wndIndex":0,"params":{"transBitrate":9}})").message(),
+              missing("transResolution"));
     ASSERT_TRUE(ask(LD_SetTrsPlayBackParam,
                     R"({"wndIndex":0,"params":{"transBitrate":-1,"transResolution":258,"transFrameRate":25}})")
                     .null);
     play("h/transcoding/1");
-    EXPECT_EQ(calls("TP_Play").at(1).arguments.at(7), "00020000ffffffff19000000" + std::string(32, '0'));
+    EXPECT_EQ(playArguments().at(7), "00020000ffffffff19000000" + std::string(32, '0'));
 }
 
 TEST_F(PlayTest, refusesWithoutTouchingTheWindow)
 {
-    const std::tuple<WithWidget, const char*, const char*> refusals[] = {
-        {LD_Play, R"({"wndIndex":0,"auth":""})", "an required field is missing from json object, required key is url"},
-        {LD_Play, R"({"wndIndex":0,"url":"","auth":1})",
-         "error retrieving an optional field auth, type mismatch, required type is string"},
-        {LD_Play, R"({"wndIndex":0,"url":"","auth":"","stopTime":null})",
-         "error retrieving an optional field stopTime, type mismatch, required type is string"},
+    const std::tuple<WithWidget, const char*, std::string> refusals[] = {
+        {LD_Play, R"({"wndIndex":0,"auth":""})", missing("url")},
+        {LD_Play, R"({"wndIndex":0,"url":"","auth":1})", mismatch("auth", "string")},
+        {LD_Play, R"({"wndIndex":0,"url":"","auth":"","stopTime":null})", mismatch("stopTime", "string")},
         {LD_Play, R"({"url":"","auth":""})", "play_window reference can not be found"},
         {LD_Play, R"({"wndIndex":"nobody","url":"","auth":""})", "play_window reference can not be found"},
         {LD_Play, R"({"wndIndex":[],"url":""})",
          "error parsing refence key wndIndex, type mismatch, type required is int, std::size_t or QString"},
         {LD_ReversePlay, R"([])", "play_window reference can not be found"},
-        {LD_ReversePlay, R"({"wndIndex":0,"url":"","auth":"","startTime":""})",
-         "an required field is missing from json object, required key is stopTime"}};
+        {LD_ReversePlay, R"({"wndIndex":0,"url":"","auth":"","startTime":""})", missing("stopTime")}};
     for (const auto& [function, request, message] : refusals)
         EXPECT_EQ(ask(function, request).message(), message) << request;
     EXPECT_TRUE(calls("TP_SetDisplayBuf").empty());
     EXPECT_TRUE(engine_double::livePlays().empty());
-}
-
-TEST_F(PlayTest, reportsWhatTheEngineRefuses)
-{
-    engine_double::lastError(17);
-    engine_double::answer("TP_RigisterDrawFun", -1);
-    const QByteArray request = R"({"wndIndex":0,"url":"","auth":"","startTime":"","stopTime":""})";
-    const std::tuple<WithWidget, const char*, const char*> functions[] = {
-        {LD_Play, "TP_Play", "tide_pipe error call tide_pipe TP_Play error"},
-        {LD_ReversePlay, "TP_ReversePlay", "call TP_ReversePlay error"}};
-    for (const auto& [function, name, message] : functions) {
-        engine_double::answer(name, -1);
-        const Answer refused = ask(function, request);
-        EXPECT_EQ(refused.message(), std::string(message) + ", TidePipe Call returns -1, TP_GetLastError() returns 17");
-        EXPECT_EQ(refused.code(), 17);
-        EXPECT_EQ(refused.object["errorModule"], "src/player/Player");
-        EXPECT_FALSE(LD_IsWindowPlaying(&main(), 0));
-    }
-    engine_double::answer("TP_Play", 9);
-    EXPECT_THAT(ask(LD_Play, request).message(), HasSubstr("call TP_RigisterDrawFun error, "));
-    EXPECT_TRUE(LD_IsWindowPlaying(&main(), 0)) << "the stream runs, without a drawing layer";
-    EXPECT_EQ(ask(LD_Play, request).message(), "The player is already playing, can not play twice");
-    EXPECT_EQ(calls("TP_Play").size(), 2U);
 }
 
 TEST_F(PlayTest, refusedOverlaysEndTheirListAndHurtNothing)
@@ -161,7 +114,7 @@ TEST_F(PlayTest, refusedOverlaysEndTheirListAndHurtNothing)
         play();
         EXPECT_EQ(calls(name).size(), calledTimes) << "the group is tested after its last call";
         EXPECT_EQ(calls("TP_RigisterDrawFun").size(), 1U);
-        ask(LD_Stop, R"({"wndIndex":0})");
+        ask(LD_Stop);
     }
 }
 

@@ -1,4 +1,3 @@
-#include "src/player/Player.h"
 #include "src/LayoutDetail.h"
 #include "src/WindowDirectory.h"
 #include "tests/support/Wall.h"
@@ -6,22 +5,16 @@
 #include <QApplication>
 #include <QWheelEvent>
 
-#include <gmock/gmock.h>
-
 #include <thread>
 
-using engine_double::calls;
+using namespace wall;
 using quillmark::lumen_deck::IPlayWindow;
-using quillmark::lumen_deck::Player;
-using testing::ElementsAre;
-using wall::engineCalls;
 
 namespace {
 
-class PlayerTest : public wall::WallTest
+class PlayerTest : public WallTest
 {
 protected:
-    Player* player() { return main().findChild<Player*>(); }
     IPlayWindow* window() { return qobject_cast<IPlayWindow*>(player()->parent()); }
 
     void turnWheel(int delta)
@@ -82,7 +75,7 @@ TEST_F(PlayerTest, messagesOfAWindowThatIsBeingStoppedOrDestroyedAreDropped)
     engine_double::onCall("TP_Stop", [&] { heardLate = heard(id, 5, 0); });
     delete player();
     EXPECT_FALSE(heardLate) << "the id is forgotten before the engine stops";
-    EXPECT_THAT(engine_double::livePlays(), testing::IsEmpty());
+    EXPECT_THAT(engine_double::livePlays(), IsEmpty());
 }
 
 TEST_F(PlayerTest, destructionEndsRecordingThenStream)
@@ -99,10 +92,10 @@ TEST_F(PlayerTest, wheelStepsDownwardsInSingleFrameModeOnly)
     play();
     const auto steps = [] { return calls("TP_FrameForward").size(); };
     turnWheel(-120);
-    ask(LD_Pause, R"({"wndIndex":0})");
+    ask(LD_Pause);
     turnWheel(-120);
     EXPECT_EQ(steps(), 0U);
-    ask(LD_FrameForward, R"({"wndIndex":0})");
+    ask(LD_FrameForward);
     turnWheel(120);
     turnWheel(0);
     EXPECT_EQ(steps(), 1U);
@@ -142,7 +135,7 @@ TEST_F(PlayerTest, drawHookDrawsOverThePlayingWindow)
     EXPECT_TRUE(engine_double::drawFrame(id, &overlay));
     EXPECT_THAT(overlay.drawn, ElementsAre(&overlay, nullptr));
     directory.setOverlay(window(), nullptr);
-    ask(LD_Stop, R"({"wndIndex":0})");
+    ask(LD_Stop);
     EXPECT_FALSE(engine_double::drawFrame(id, nullptr));
 }
 

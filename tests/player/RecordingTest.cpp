@@ -1,4 +1,3 @@
-#include "src/player/Player.h"
 #include "tests/support/Wall.h"
 
 #include <QAbstractEventDispatcher>
@@ -6,19 +5,11 @@
 #include <QDate>
 #include <QDir>
 #include <QLayout>
-#include <QPointer>
 #include <QTimerEvent>
-
-#include <gmock/gmock.h>
 
 #include <sys/vfs.h>
 
-using engine_double::calls;
-using quillmark::lumen_deck::Player;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using wall::Answer;
-using wall::engineCalls;
+using namespace wall;
 
 namespace {
 
@@ -39,16 +30,16 @@ extern "C" int statfs(const char* folder, struct statfs* disk) noexcept
 
 namespace {
 
-class RecordingTest : public wall::WallTest
+class RecordingTest : public WallTest
 {
 protected:
-    void SetUp() override
+    void TearDown() override
     {
-        WallTest::SetUp();
+        WallTest::TearDown();
         freeBytes = 1'000'000'000;
+        QDir(folder("RecordFiles")).removeRecursively();
     }
 
-    Player* player() { return main().findChild<Player*>(); }
     QList<QAbstractEventDispatcher::TimerInfo> timers()
     {
         return QAbstractEventDispatcher::instance()->registeredTimers(player());
@@ -87,36 +78,38 @@ protected:
 
 TEST_F(RecordingTest, filesGoWhereTheStreamKindSays)
 {
-    const std::pair<const char*, const char*> kinds[] = {
-        {"h/channels", "RecordFiles"}, {"h/tracks", "PlaybackFiles"}, {"h", "PlaybackFiles"}};
+    const std::pair<const char*, const char*> kinds[] = {{"rtsp://h/CHANNELS/1", "RecordFiles"},
+                                                         {"h/quillMark/tracks", "RecordFiles"},
+                                                         {"sdk/play/1", "RecordFiles"},
+                                                         {"h/Tracks/1", "PlaybackFiles"},
+                                                         {"a.vod", "PlaybackFiles"},
+                                                         {"sdk/playback", "PlaybackFiles"},
+                                                         {"sdk/play", "PlaybackFiles"},
+                                                         {"", "PlaybackFiles"}};
     for (const auto& [url, kind] : kinds) {
         play(url);
         record("cam");
-        EXPECT_EQ(calls("TP_StartSave").back().arguments.at(1), (folder(kind) + "/cam.mp4").toStdString());
+        EXPECT_EQ(calls("TP_StartSave").back().arguments.at(1), (folder(kind) + "/cam.mp4").toStdString()) << url;
         EXPECT_EQ(calls("TP_StartSave").back().arguments.at(2), "2");
         EXPECT_TRUE(QDir(folder("RecordFiles")).exists() && QDir(folder("PlaybackFiles")).exists());
         EXPECT_TRUE(player()->saving());
-        ask(LD_Stop, R"({"wndIndex":0})");
+        ask(LD_Stop);
     }
     ASSERT_EQ(timers().size(), 1);
     EXPECT_EQ(timers().at(0).interval, 1000);
     EXPECT_EQ(timers().at(0).timerType, Qt::CoarseTimer);
-    QDir(folder("RecordFiles")).removeRecursively();
 }
 
-TEST_F(RecordingTest, refusals)
+TEST_F(RecordingTest, aRefusedOneLeavesNothing)
 {
-    EXPECT_EQ(ask(LD_StartSave, R"({"wndIndex":0,"fileName":1})").message(), "fileName does not exists");
-    EXPECT_EQ(ask(LD_StartSave, R"({"wndIndex":9,"fileName":""})").code(), 502);
-    EXPECT_EQ(ask(LD_StartSave, R"({"wndIndex":0,"fileName":""})").message(),
-              "the player is not playing can not record");
     play();
     engine_double::answer("TP_StartSave", -3);
-    EXPECT_EQ(ask(LD_StartSave, R"({"wndIndex":0,"fileName":""})").message(),
-              "TP_StartSave call error, TidePipe Call returns -3, TP_GetLastError() returns 0");
+    const Answer refused = ask(LD_StartSave, R"({"wndIndex":0,"fileName":""})");
+    EXPECT_THAT(refused.message(), HasSubstr("returns -3, "));
+    EXPECT_EQ(refused.object["errorModule"].toString(), "src/player/Player");
     EXPECT_FALSE(player()->saving());
     EXPECT_THAT(timers(), IsEmpty());
-    EXPECT_TRUE(ask(LD_StopSave, R"({"wndIndex":0})").null) << "the engine decides";
+    EXPECT_TRUE(ask(LD_StopSave).null) << "the engine decides";
 }
 
 TEST_F(RecordingTest, splitsPastTheLimitAndNumbersFromTheFirstSplitOn)
@@ -124,7 +117,7 @@ TEST_F(RecordingTest, splitsPastTheLimitAndNumbersFromTheFirstSplitOn)
     const std::pair<const char*, int> limits[] = {
         {"0", 256'000'000}, {"1", 512'000'000}, {"2", 1'000'000'000}, {"\"x\"", 256'000'000}};
     for (const auto& [setting, limit] : limits) {
-        wall::configure(QByteArray(R"({"packgeSize":)") + setting + "}");
+        configure(QByteArray(R"({"packgeSize":)") + setting + "}");
         const std::string id = std::to_string(play());
         const QString path = record();
         fileSize(limit);
@@ -135,31 +128,23 @@ TEST_F(RecordingTest, splitsPastTheLimitAndNumbersFromTheFirstSplitOn)
             EXPECT_EQ(tick().back(), "TP_SwitchFile(" + id + ", " + next + ")");
         }
         EXPECT_EQ(files("RecordFiles"), QStringList("clip_1.mp4")) << "renamed once, the double writes no files";
-        ask(LD_Stop, R"({"wndIndex":0})");
+        ask(LD_Stop);
         QDir(folder("RecordFiles")).removeRecursively();
     }
 }
 
-TEST_F(RecordingTest, renamingNeverTakesAnothersPlace)
+TEST_F(RecordingTest, renamingNeverTakesAnothersPlaceAndARefusedSplitEndsTheRecordingSilently)
 {
-    play();
-    const QString path = record("a.mp4");
+    const std::string id = std::to_string(play());
+    record("a.mp4");
     fileSize(512'000'001);
     tick();
     EXPECT_EQ(files("RecordFiles"), QStringList("a.mp4.mp4")) << "its name has lost both endings: not found";
-    ask(LD_StopSave, R"({"wndIndex":0})");
+    ask(LD_StopSave);
     record();
     QFile(folder("RecordFiles") + "/clip_1.mp4").open(QIODevice::WriteOnly);
     tick();
     EXPECT_TRUE(files("RecordFiles").contains("clip.mp4"));
-    QDir(folder("RecordFiles")).removeRecursively();
-}
-
-TEST_F(RecordingTest, refusedSplitEndsTheRecordingSilently)
-{
-    const std::string id = std::to_string(play());
-    record();
-    fileSize(512'000'001);
     engine_double::answer("TP_SwitchFile", 1);
     EXPECT_EQ(tick().back(), "TP_StopSave(" + id + ")");
     EXPECT_FALSE(player()->saving());
@@ -180,7 +165,7 @@ TEST_F(RecordingTest, lowDiskIsToldAndEndsTheRecording)
         EXPECT_EQ(tick().back(), "TP_StopSave(" + id + ")");
         ASSERT_EQ(events().size(), 1U);
         EXPECT_EQ(events()[0].object,
-                  wall::json(R"({"cmd":"window.onPluginEventHandler","wndIndex":0,"eventType":21})").object());
+                  documents::object(R"({"cmd":"window.onPluginEventHandler","wndIndex":0,"eventType":21})"));
         EXPECT_FALSE(player()->saving());
         EXPECT_TRUE(player()->playing());
         EXPECT_THAT(timers(), IsEmpty());
@@ -199,11 +184,11 @@ TEST_F(RecordingTest, endIsNoticedAtTheNextTick)
 {
     const std::string id = std::to_string(play());
     record();
-    ask(LD_StopSave, R"({"wndIndex":0})");
+    ask(LD_StopSave);
     EXPECT_THAT(tick(), ElementsAre("TP_StopSave(" + id + ")"));
     EXPECT_THAT(tick(), IsEmpty());
     record();
-    ask(LD_Stop, R"({"wndIndex":0})");
+    ask(LD_Stop);
     EXPECT_THAT(tick(), ElementsAre("TP_StopSave(-1)"));
     EXPECT_THAT(timers(), IsEmpty());
 }
@@ -214,8 +199,8 @@ TEST_F(RecordingTest, hostMayActOnTheLowDiskEvent)
     record();
     freeBytes = 0;
     LD_InstallEventCallback(LD_EVENT_STREAM, [](LD_EventType, QWidget* mainWindow, const QJsonDocument*) {
-        const QJsonDocument request = wall::json(R"({"wndIndex":0})");
-        wall::take(LD_Stop(mainWindow, &request));
+        const QJsonDocument request = json(R"({"wndIndex":0})");
+        take(LD_Stop(mainWindow, &request));
         delete mainWindow->layout()->itemAt(0)->widget();
     });
     tick();

@@ -2,15 +2,16 @@
 
 #include "include/lumen_deck/lumen_deck.h"
 #include "src/local_info.h"
+#include "src/player/Player.h"
 #include "tests/double/EngineDouble.h"
+#include "tests/support/Documents.h"
 #include "tests/support/Journal.h"
 
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLoggingCategory>
 #include <QWidget>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -21,6 +22,18 @@
 
 // A wall on the engine double, driven as a host drives it, with documents as text.
 namespace wall {
+
+using documents::json;
+using documents::mismatch;
+using documents::missing;
+using engine_double::calls;
+using quillmark::lumen_deck::Player;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using WithWidget = QJsonDocument* (*)(QWidget*, const QJsonDocument*);
+using WithDocument = QJsonDocument* (*)(const QJsonDocument*);
 
 struct Answer
 {
@@ -36,11 +49,6 @@ inline Answer take(QJsonDocument* document)
     const Answer answer{document == nullptr, document ? document->object() : QJsonObject()};
     LD_Release(document);
     return answer;
-}
-
-inline QJsonDocument json(const QByteArray& text)
-{
-    return QJsonDocument::fromJson(text);
 }
 
 // The library's log of calls; QT_LOGGING_RULES brings it back.
@@ -83,7 +91,7 @@ inline void configure(const QByteArray& settings)
 class WallTest : public ::testing::Test
 {
 protected:
-    using WithWidget = QJsonDocument* (*)(QWidget*, const QJsonDocument*);
+    using WithWidget = wall::WithWidget;
 
     void SetUp() override
     {
@@ -109,10 +117,17 @@ protected:
         take(LD_Initialize(&main()));
     }
 
-    Answer ask(WithWidget function, const QByteArray& request)
+    Player* player() { return main().findChild<Player*>(); } // the first there is
+
+    Answer ask(WithWidget function, const QByteArray& request = R"({"wndIndex":0})")
     {
         const QJsonDocument document = json(request);
         return take(function(&main(), &document));
+    }
+    static Answer ask(WithDocument function, const QByteArray& request)
+    {
+        const QJsonDocument document = json(request);
+        return take(function(&document));
     }
 
     void arrange(const QByteArray& request) { ASSERT_TRUE(ask(LD_ArrangeWindow, request).null); }
