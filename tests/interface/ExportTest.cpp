@@ -19,22 +19,12 @@ const std::set<std::string> allNames = {
 #include "include/lumen_deck/functions.def"
 };
 
-struct WithDocument
-{
-    const char* name;
-    QJsonDocument* (*function)(QWidget*, const QJsonDocument*);
-};
-const WithDocument withDocument[] = {
+const std::pair<const char*, wall::WithWidget> withDocument[] = {
 #define LUMEN_DECK_WD(name, route) {#name, &name},
 #include "include/lumen_deck/functions.def"
 };
 
-struct WithWidget
-{
-    const char* name;
-    QJsonDocument* (*function)(QWidget*);
-};
-const WithWidget withWidget[] = {
+const std::pair<const char*, QJsonDocument* (*)(QWidget*)> withWidget[] = {
 #define LUMEN_DECK_W(name, route) {#name, &name},
 #include "include/lumen_deck/functions.def"
 };
@@ -57,10 +47,10 @@ TEST(Export, LibraryShowsTheListedFunctionsAndNoOther)
 TEST(Export, NoMainWindowIsAnsweredWithAnError)
 {
     const QJsonDocument request = wall::json("{}");
-    for (const WithDocument& row : withDocument)
-        EXPECT_EQ(wall::take(row.function(nullptr, &request)).code(), 502) << row.name;
-    for (const WithWidget& row : withWidget)
-        EXPECT_EQ(wall::take(row.function(nullptr)).code(), 502) << row.name;
+    for (const auto& [name, function] : withDocument)
+        EXPECT_EQ(wall::take(function(nullptr, &request)).code(), 502) << name;
+    for (const auto& [name, function] : withWidget)
+        EXPECT_EQ(wall::take(function(nullptr)).code(), 502) << name;
     LD_Release(nullptr);
     LD_HideWindow(nullptr, 0);
     LD_ShowWindow(nullptr, 0);
@@ -68,26 +58,6 @@ TEST(Export, NoMainWindowIsAnsweredWithAnError)
     EXPECT_FALSE(LD_IsWindowPlaying(nullptr, 0));
     EXPECT_EQ(LD_WindowCount(nullptr), 0);
     EXPECT_EQ(LD_WndResolutionChange(nullptr), -1);
-}
-
-// Null, no document, an array where an object belongs, and an object where every value is wrong.
-TEST(Export, BadDocumentsChangeNoWindow)
-{
-    const journal::Tolerated badDocuments;
-    QWidget main;
-    wall::take(LD_Initialize(&main));
-    const QJsonDocument empty;
-    const QJsonDocument array = wall::json("[[[1]]]");
-    const QJsonDocument wrong =
-        wall::json(R"({"wndIndex":{},"type":[],"windows":7,"custom":3,"url":null,"mode":true})");
-    for (const WithDocument& row : withDocument) {
-        for (const QJsonDocument* request : {static_cast<const QJsonDocument*>(nullptr), &empty, &array})
-            wall::take(row.function(&main, request));
-        if (std::string(row.name) != "LD_SetLayout") // where an object without windows is a layout of none
-            wall::take(row.function(&main, &wrong));
-        EXPECT_EQ(LD_WindowCount(&main), 1) << row.name;
-        EXPECT_FALSE(LD_IsWindowPlaying(&main, 0)) << row.name;
-    }
 }
 
 QString& logged()
