@@ -6,55 +6,19 @@
 #include <QJsonArray>
 #include <QMouseEvent>
 
-#include <array>
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <random>
 #include <thread>
 
+#include <unistd.h>
+
 using namespace std::chrono_literals;
+using namespace wall;
 using quillmark::lumen_deck::IPlayWindow;
 
 namespace {
-
-// Ends the program with a word when the storm hangs.
-class Watchdog
-{
-public:
-    explicit Watchdog(std::chrono::seconds limit)
-        : thread_([this, limit] { watch(limit); })
-    {
-    }
-
-    ~Watchdog()
-    {
-        {
-            const std::lock_guard lock(mutex_);
-            over_ = true;
-        }
-        wake_.notify_all();
-        thread_.join();
-    }
-
-private:
-    void watch(std::chrono::seconds limit)
-    {
-        std::unique_lock lock(mutex_);
-        if (wake_.wait_for(lock, limit, [this] { return over_; }))
-            return;
-        std::fputs("the storm hangs\n", stderr);
-        std::abort();
-    }
-
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    bool over_ = false; // guarded by mutex_
-    std::thread thread_;
-};
 
 using Dice = std::minstd_rand;
 
@@ -63,12 +27,17 @@ int roll(Dice& dice, int sides)
     return static_cast<int>(dice() % static_cast<unsigned>(sides));
 }
 
-using WithWidget = QJsonDocument* (*)(QWidget*, const QJsonDocument*);
-using WithDocument = QJsonDocument* (*)(const QJsonDocument*);
-
 // Any window of sixteen, with all keys that the functions want.
-QJsonDocument streamRequest(Dice& dice)
+QJsonDocument anyRequest(Dice& dice)
 {
+    const double far = 0.5 + 0.1 * roll(dice, 5);
+    const QJsonArray corners = {QJsonArray{0.1, 0.1}, QJsonArray{far, 0.1}, QJsonArray{far, far}, QJsonArray{0.1, far}};
+    QJsonObject shape{{"id", roll(dice, 3)}, {"text", "wall"}, {"enable", true}, {"points", corners}};
+    const QJsonArray areas{shape};
+    shape["points"] = QJsonArray{corners[0], corners[2]};
+    const QJsonArray lines{shape};
+    const QJsonObject date{{"timeFormat", "24hour"}, {"enable", true}};
+    const QString words[] = {"Rect", "Polygon", "Line", "all"};
     return QJsonDocument(QJsonObject{{"wndIndex", roll(dice, 16)},
                                      {"url", roll(dice, 2) ? "h/channels/1" : "h/tracks/1"},
                                      {"auth", "a:b"},
@@ -78,87 +47,43 @@ QJsonDocument streamRequest(Dice& dice)
                                      {"fileName", "clip"},
                                      {"https", roll(dice, 2) == 1},
                                      {"mode", roll(dice, 5)},
-                                     {"type", 1 + roll(dice, 4)}});
-}
-
-QJsonDocument drawingRequest(Dice& dice)
-{
-    const double far = 0.5 + 0.1 * roll(dice, 5);
-    const QJsonArray corners = {QJsonArray{0.1, 0.1}, QJsonArray{far, 0.1}, QJsonArray{far, far}, QJsonArray{0.1, far}};
-    QJsonObject shape{{"wndIndex", roll(dice, 16)}, {"id", roll(dice, 3)}, {"text", "wall"}, {"enable", true}};
-    const QJsonObject date{{"timeFormat", "24hour"}, {"enable", true}};
-    shape["points"] = corners;
-    const QJsonArray areas{shape};
-    shape["points"] = QJsonArray{corners[0], corners[2]};
-    const QJsonArray lines{shape};
-    const QJsonObject overlays{{"date", date}, {"text", lines}};
-    const QString words[] = {"Rect", "Polygon", "Line", "all"};
-    return QJsonDocument(QJsonObject{{"wndIndex", roll(dice, 16)},
                                      {"enable", roll(dice, 4) != 0},
                                      {"rectInfo", areas},
                                      {"polygonInfo", areas},
                                      {"lineInfo", lines},
-                                     {"overlayInfo", overlays},
+                                     {"overlayInfo", QJsonObject{{"date", date}, {"text", lines}}},
                                      {"type", words[roll(dice, 4)]},
                                      {"id", QJsonArray{roll(dice, 3)}}});
 }
 
-constexpr WithWidget streamFunctions[] = {LD_Play,
-                                          LD_Play,
-                                          LD_Play,
-                                          LD_ReversePlay,
-                                          LD_Stop,
-                                          LD_Pause,
-                                          LD_Resume,
-                                          LD_Fast,
-                                          LD_Slow,
-                                          LD_FrameForward,
-                                          LD_SetHttps,
-                                          LD_OpenSound,
-                                          LD_SetVolume,
-                                          LD_StartSave,
-                                          LD_StopSave,
-                                          LD_QueryPlayStatus,
-                                          LD_SetReconnectInfo,
-                                          LD_Snapshot,
-                                          LD_GetOSDTime,
-                                          LD_SetWndRatioMode};
-constexpr WithWidget drawingFunctions[] = {LD_SetRectInfo,    LD_SetPolygonInfo,  LD_SetLineInfo,
-                                           LD_SetTextOverlay, LD_SetDrawStatus,   LD_ClearShapeByType,
-                                           LD_SelectShape,    LD_SetDrawCallback, LD_EnableEZoom};
-
-template <std::size_t Count>
-void callOneOf(const WithWidget (&functions)[Count], QWidget* mainWindow, const QJsonDocument& args, Dice& dice)
-{
-    wall::take(functions[roll(dice, Count)](mainWindow, &args));
-}
+// clang-format off
+constexpr WithWidget windowFunctions[] = {
+    LD_Play, LD_Play, LD_Play, LD_ReversePlay, LD_Stop, LD_Pause, LD_Resume, LD_Fast, LD_Slow, LD_FrameForward,
+    LD_SetHttps, LD_OpenSound, LD_SetVolume, LD_StartSave, LD_StopSave, LD_Snapshot, LD_GetOSDTime,
+    LD_SetReconnectInfo, LD_QueryPlayStatus, LD_SetWndRatioMode, LD_EnableEZoom, LD_SetRectInfo, LD_SetPolygonInfo,
+    LD_SetLineInfo, LD_SetTextOverlay, LD_SetDrawStatus, LD_SetDrawCallback, LD_SelectShape, LD_ClearShapeByType};
+// clang-format on
 
 void callWindowFunction(QWidget* mainWindow, Dice& dice)
 {
-    if (roll(dice, 2))
-        callOneOf(streamFunctions, mainWindow, streamRequest(dice), dice);
-    else
-        callOneOf(drawingFunctions, mainWindow, drawingRequest(dice), dice);
+    const QJsonDocument request = anyRequest(dice);
+    take(windowFunctions[roll(dice, std::size(windowFunctions))](mainWindow, &request));
 }
 
 void callService(Dice& dice)
 {
-    const QJsonDocument talk(QJsonObject{{"uuid", QString::number(roll(dice, 3))},
-                                         {"openUrl", ""},
-                                         {"closeUrl", ""},
-                                         {"dataUrl", ""},
-                                         {"auth", ""},
-                                         {"audioType", 0}});
-    const QJsonDocument settings(
-        QJsonObject{{"localConfig", QJsonObject{{"ivsMode", roll(dice, 2)}, {"host", roll(dice, 9)}}}});
-    const std::array<std::pair<WithDocument, const QJsonDocument*>, 4> services = {{{LD_StartVoiceTalk, &talk},
-                                                                                    {LD_StopVoiceTalk, &talk},
-                                                                                    {LD_GetLocalConfig, &talk},
-                                                                                    {LD_SetLocalConfig, &settings}}};
-    const auto& [function, args] = services[static_cast<std::size_t>(roll(dice, services.size()))];
-    wall::take(function(args));
+    constexpr WithDocument services[] = {LD_StartVoiceTalk, LD_StopVoiceTalk, LD_GetLocalConfig, LD_SetLocalConfig};
+    const QJsonDocument request(
+        QJsonObject{{"uuid", QString::number(roll(dice, 3))},
+                    {"openUrl", ""},
+                    {"closeUrl", ""},
+                    {"dataUrl", ""},
+                    {"auth", ""},
+                    {"audioType", 0},
+                    {"localConfig", QJsonObject{{"ivsMode", roll(dice, 2)}, {"host", roll(dice, 9)}}}});
+    take(services[roll(dice, std::size(services))](&request));
     if (roll(dice, 4) == 0)
-        wall::take(LD_CloseSound());
+        take(LD_CloseSound());
 }
 
 // A host with a wall that stays and walls that come and go.
@@ -168,16 +93,14 @@ public:
     Storm()
     {
         theStorm = this;
-        wall::take(LD_Initialize(lasting_.get()));
+        take(LD_Initialize(lasting_.get()));
         lasting_->show();
-        for (const auto type : {LD_EVENT_SELECTED, LD_EVENT_DOUBLE_CLICKED, LD_EVENT_STREAM})
-            LD_InstallEventCallback(type, &Storm::onEvent);
+        install(&Storm::onEvent);
     }
 
     ~Storm()
     {
-        for (const auto type : {LD_EVENT_SELECTED, LD_EVENT_DOUBLE_CLICKED, LD_EVENT_STREAM})
-            LD_InstallEventCallback(type, nullptr);
+        install(nullptr);
         theStorm = nullptr;
     }
 
@@ -209,6 +132,12 @@ public:
     int stopsFromEvents() const { return stopsFromEvents_; }
 
 private:
+    static void install(LD_EventCallback callback)
+    {
+        for (const auto type : {LD_EVENT_SELECTED, LD_EVENT_DOUBLE_CLICKED, LD_EVENT_STREAM})
+            LD_InstallEventCallback(type, callback);
+    }
+
     std::thread worker(std::function<void()> step)
     {
         ++running_;
@@ -243,7 +172,7 @@ private:
         if (type != LD_EVENT_STREAM || mainWindow != storm.lasting_.get() || count % 16 != 0)
             return;
         const QJsonDocument args(QJsonObject{{"wndIndex", document->object()["wndIndex"]}});
-        wall::take(LD_Stop(mainWindow, &args));
+        take(LD_Stop(mainWindow, &args));
         ++storm.stopsFromEvents_;
     }
 
@@ -253,15 +182,15 @@ private:
         const QJsonDocument grid(QJsonObject{{"type", 1 + roll(dice, 4)}});
         switch (roll(dice, 10)) {
         case 0:
-            wall::take(LD_ArrangeWindow(main, &grid));
+            take(LD_ArrangeWindow(main, &grid));
             break;
         case 1:
-            wall::take(LD_StopRealPlayAll(main));
+            take(LD_StopRealPlayAll(main));
             break;
         case 2:
             passing_ = std::make_unique<QWidget>();
-            wall::take(LD_Initialize(passing_.get()));
-            wall::take(LD_ArrangeWindow(passing_.get(), &grid));
+            take(LD_Initialize(passing_.get()));
+            take(LD_ArrangeWindow(passing_.get(), &grid));
             break;
         case 3:
             passing_.reset();
@@ -312,8 +241,8 @@ Storm* Storm::theStorm = nullptr;
 TEST(StormTest, hostEngineAndMainThreadAtOnce)
 {
     const journal::Tolerated allKeysAtOnce;
-    const Watchdog watchdog(120s);
-    wall::silenceLog();
+    alarm(120); // ends the program when the storm hangs
+    silenceLog();
     engine_double::reset();
     {
         Storm storm;
@@ -323,6 +252,7 @@ TEST(StormTest, hostEngineAndMainThreadAtOnce)
         EXPECT_GT(storm.stopsFromEvents(), 0);
     }
     EXPECT_TRUE(engine_double::livePlays().empty()) << "every stream went with its window";
+    alarm(0);
 }
 
 } // namespace
