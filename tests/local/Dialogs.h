@@ -6,12 +6,13 @@
 #include <QTimer>
 #include <QUrl>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 
 namespace local_test {
 
-// Does `act` with the file dialog that the code under test is about to show; the dialogs are Qt's own. `seen` tells in
-// the end whether there was one.
+// Does `act` with the file dialog that the code under test shows while it lives; the dialogs are Qt's own.
 class DialogUser
 {
 public:
@@ -29,7 +30,7 @@ public:
         timer_.start(5);
     }
 
-    bool seen() const { return seen_; }
+    ~DialogUser() { EXPECT_TRUE(seen_) << "no dialog was shown"; }
 
 private:
     QTimer timer_;

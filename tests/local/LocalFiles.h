@@ -1,23 +1,18 @@
 #pragma once
 
+#include "tests/support/Documents.h"
 #include "tests/support/Journal.h"
 
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 namespace local_test {
 
-inline QJsonDocument json(const char* text)
-{
-    return QJsonDocument::fromJson(text);
-}
+using documents::json;
+using documents::object;
 
 inline QJsonObject objectOf(QJsonDocument* answer)
 {

@@ -16,10 +16,22 @@ using Operation = QJsonDocument* (*)(const QJsonDocument*);
 
 const QJsonObject kNull{{"null", true}};
 
+QJsonObject failed(const char* module, int code)
+{
+    return {{"errorModule", module}, {"errorCode", code}};
+}
+
 QJsonObject call(Operation operation, const QJsonObject& request = {})
 {
     const QJsonDocument document(request);
     return objectOf(operation(&document));
+}
+
+QJsonObject succeeded(QJsonObject answer)
+{
+    answer["errorModule"] = "";
+    answer["errorCode"] = 0;
+    return answer;
 }
 
 // The upload and upgrade ids of the process go from test to test; each begins with both stopped.
@@ -57,22 +69,22 @@ TEST_F(ServicesTest, stringsGoThroughTheEngine)
     EXPECT_EQ(call(LD_SetSecretKey, {{"keyType", 2}, {"key", "größe"}}), kNull);
     EXPECT_EQ(last("TP_SetSecretKey"), (Arguments{"2", "größe"}));
     engine_double::answer("TP_SetSecretKey", -4);
-    EXPECT_EQ(call(LD_SetSecretKey), (QJsonObject{{"errorModule", "SetSecretKey"}, {"errorCode", -4}}));
+    EXPECT_EQ(call(LD_SetSecretKey), failed("SetSecretKey", -4));
 
     const std::pair<QJsonValue, const char*> flags[] = {{true, "0"}, {1, "1"}, {"1", "1"}, {0, "0"}, {"true", "1"}};
     engine_double::giveText("TP_Encrypt", "secret text");
     for (const auto& [flag, expected] : flags) {
         call(LD_SetOriginalString, {{"encrypted", flag}, {"key", "k"}});
         EXPECT_EQ(call(LD_GetEncryptString, {{"type", 3}, {"originalKey", "plain"}}),
-                  (QJsonObject{{"errorCode", 0}, {"errorModule", ""}, {"encryptString", "secret text"}}));
+                  succeeded({{"encryptString", "secret text"}}));
         EXPECT_EQ(last("TP_Encrypt").at(5), expected);
     }
     EXPECT_EQ(last("TP_Encrypt").at(0), "3");
     EXPECT_EQ(last("TP_Encrypt").at(1), "plain");
     engine_double::answer("TP_Encrypt", 9);
-    EXPECT_EQ(call(LD_GetEncryptString), (QJsonObject{{"errorModule", "GetEncryptString"}, {"errorCode", 9}}));
+    EXPECT_EQ(call(LD_GetEncryptString), failed("GetEncryptString", 9));
 
-    const QJsonObject refused{{"errorModule", "GetDecryptString"}, {"errorCode", -1}};
+    const QJsonObject refused = failed("GetDecryptString", -1);
     EXPECT_EQ(call(LD_GetDecryptString, {{"key", ""}}), refused);
     EXPECT_EQ(count("TP_Decrypt"), 0U);
     engine_double::giveText("TP_Decrypt", "ключ");
@@ -87,10 +99,10 @@ TEST_F(ServicesTest, programsAndTheirDataAreNeverSent)
     const QString names[] = {"/f.exe", "/f.dat", QString("/f.exe") + QChar(0) + ".txt"};
     for (const QString& name : names) {
         const QJsonObject request{{"filepath", name}, {"filename", name}};
-        EXPECT_EQ(call(LD_UploadFile, request), (QJsonObject{{"errorModule", "UploadFile"}, {"errorCode", -1}}));
+        EXPECT_EQ(call(LD_UploadFile, request), failed("UploadFile", -1));
         EXPECT_EQ(call(LD_StartAsynUpload, request)["errorModule"], "startAsynUpload");
         EXPECT_EQ(call(LD_ImportDeviceConfig, request)["errorCode"], -1);
-        EXPECT_EQ(call(LD_StartUpgrade, request), (QJsonObject{{"errorModule", "StartUpgrade"}, {"errorCode", -1}}));
+        EXPECT_EQ(call(LD_StartUpgrade, request), failed("StartUpgrade", -1));
     }
     EXPECT_TRUE(engine_double::calls().empty());
     EXPECT_EQ(call(LD_UploadFile, {{"filepath", "/f.EXE"}, {"uploadUrl", "u"}, {"iReserve", 1}}), kNull);
@@ -106,14 +118,13 @@ TEST_F(ServicesTest, uploadHasOneSlot)
     EXPECT_EQ(call(LD_GetUploadErrorInfo), kNull);
     EXPECT_EQ(call(LD_StartAsynUpload, request), kNull);
     EXPECT_EQ(last("TP_StartAsynUpload"), (Arguments{"u", "s", "a", "/f", "7", "1"}));
-    EXPECT_EQ(call(LD_GetUploadErrorInfo),
-              (QJsonObject{{"errorInfo", "too large"}, {"errorCode", 0}, {"errorModule", ""}}));
+    EXPECT_EQ(call(LD_GetUploadErrorInfo), succeeded({{"errorInfo", "too large"}}));
     LD_StopAsynUpload(nullptr);
     LD_StopAsynUpload(nullptr);
     EXPECT_EQ(count("TP_StopAsynUpload"), 1U);
     EXPECT_EQ(call(LD_GetUploadErrorInfo), kNull);
     engine_double::answer("TP_StartAsynUpload", -5);
-    EXPECT_EQ(call(LD_StartAsynUpload, request), (QJsonObject{{"errorModule", "startAsynUpload"}, {"errorCode", -5}}));
+    EXPECT_EQ(call(LD_StartAsynUpload, request), failed("startAsynUpload", -5));
     EXPECT_EQ(call(LD_GetUploadErrorInfo), kNull);
 }
 
@@ -121,7 +132,7 @@ TEST_F(ServicesTest, importAndUploadAnswerTheirOutcome)
 {
     engine_double::giveText("TP_GetHTTPErrorInfo", "no room");
     engine_double::giveText("TP_GetIpcImportErrorInfo", "wrong model");
-    EXPECT_EQ(call(LD_ImportDeviceConfig), (QJsonObject{{"errorModule", "ImportDeviceConfig"}, {"errorCode", -1}}));
+    EXPECT_EQ(call(LD_ImportDeviceConfig), failed("ImportDeviceConfig", -1));
     EXPECT_EQ(call(LD_ImportDeviceConfig, {{"filename", "/c"}})["errorCode"], 0);
     EXPECT_EQ(call(LD_GetIpcImportErrorInfo)["errorInfo"], "wrong model");
     EXPECT_EQ(call(LD_UploadFile),
@@ -190,7 +201,7 @@ TEST_F(ServicesTest, downloadsGoToTheFolderOfTheDay)
 
 TEST_F(ServicesTest, downloadsThatCannotBeginSaySo)
 {
-    const QJsonObject noFolder{{"errorModule", "startAsyncDownload"}, {"errorCode", -3}};
+    const QJsonObject noFolder = failed("startAsyncDownload", -3);
     const QJsonDocument lost = json(R"({"localConfig":{"downloadPath":"/proc/no/folder"}})");
     EXPECT_EQ(call(LD_StartDownload)["errorCode"], 0);
     const std::size_t before = count("TP_StartDownload");
@@ -224,8 +235,7 @@ TEST_F(ServicesTest, downloadsArePolledById)
     EXPECT_EQ(last("TP_GetDownloadStatus").at(0), "0");
 
     engine_double::answer("TP_GetDownloadStatus", -9);
-    EXPECT_EQ(call(LD_GetDownloadStatus, request),
-              (QJsonObject{{"errorModule", "GetDownloadStatus"}, {"errorCode", -9}}));
+    EXPECT_EQ(call(LD_GetDownloadStatus, request), failed("GetDownloadStatus", -9));
     EXPECT_EQ(call(LD_GetDownloadProgress, request)["errorCode"], -1);
     const std::size_t before = count("TP_GetDownloadStatus");
     const QJsonObject none{{"downloadId", -1}};
@@ -234,7 +244,7 @@ TEST_F(ServicesTest, downloadsArePolledById)
     EXPECT_EQ(count("TP_GetDownloadStatus"), before);
     EXPECT_EQ(call(LD_StopDownload, request), kNull);
     engine_double::answer("TP_StopDownload", -1);
-    EXPECT_EQ(call(LD_StopDownload, request), (QJsonObject{{"errorModule", "StopDownload"}, {"errorCode", -1}}));
+    EXPECT_EQ(call(LD_StopDownload, request), failed("StopDownload", -1));
 }
 
 TEST_F(ServicesTest, upgradeHasOneSlot)
@@ -249,19 +259,18 @@ TEST_F(ServicesTest, upgradeHasOneSlot)
     EXPECT_EQ(last("TP_StartUpgrade"), (Arguments{"u", "s", "a", "/f", "keep", "p"}));
 
     engine_double::give("TP_UpgradeStatus", {0, 30});
-    EXPECT_EQ(call(LD_UpgradeStatus), (QJsonObject{{"upgradeStatus", "0"}, {"errorCode", 0}, {"errorModule", ""}}));
-    EXPECT_EQ(call(LD_UpgradeProgress),
-              (QJsonObject{{"upgradeProgress", "30"}, {"upgradeStatus", "0"}, {"errorCode", 0}, {"errorModule", ""}}));
+    EXPECT_EQ(call(LD_UpgradeStatus), succeeded({{"upgradeStatus", "0"}}));
+    EXPECT_EQ(call(LD_UpgradeProgress), succeeded({{"upgradeProgress", "30"}, {"upgradeStatus", "0"}}));
     engine_double::give("TP_UpgradeStatus", {3, 30});
     engine_double::lastError(13);
     EXPECT_EQ(call(LD_UpgradeStatus), (QJsonObject{{"errorModule", "UpgradeStatus"}, {"errorCode", "3"}}));
-    EXPECT_EQ(call(LD_UpgradeProgress), (QJsonObject{{"errorModule", "UpgradeProgress"}, {"errorCode", 13}}));
+    EXPECT_EQ(call(LD_UpgradeProgress), failed("UpgradeProgress", 13));
 
-    const QJsonObject failed{{"errorModule", "StartUpgrade"}, {"errorCode", 13}};
-    EXPECT_EQ(call(LD_StartUpgrade), failed); // an empty request tells the last error
+    const QJsonObject lastError = failed("StartUpgrade", 13);
+    EXPECT_EQ(call(LD_StartUpgrade), lastError); // an empty request tells the last error
     EXPECT_EQ(count("TP_StartUpgrade"), 2U);
     engine_double::answer("TP_StartUpgrade", -2);
-    EXPECT_EQ(call(LD_StartUpgrade, request), failed);
+    EXPECT_EQ(call(LD_StartUpgrade, request), lastError);
     call(LD_UpgradeStatus);
     EXPECT_EQ(last("TP_UpgradeStatus").at(0), "13");
     LD_StopUpgrade(nullptr);
@@ -272,35 +281,27 @@ TEST_F(ServicesTest, upgradeHasOneSlot)
 TEST_F(ServicesTest, anyThreadMayCallWithAnyRequest)
 {
     const journal::Tolerated wrongTypes;
+    const Operation operations[] = {
+#define LUMEN_DECK_D(name, route) name,
+#include "include/lumen_deck/functions.def"
+    };
     const QString longName(10000, 'n');
     const QJsonObject wild[] = {
         {},
-        {{"filepath", longName},
-         {"filename", longName},
-         {"fileType", longName},
-         {"downloadId", 1e300},
-         {"dir", longName}},
-        {{"filepath", QJsonArray{1}},
-         {"filename", true},
-         {"fileType", 1e9},
-         {"downloadId", "7"},
-         {"encrypted", QJsonObject{{"a", 1}}}},
+        {{"filepath", longName}, {"filename", longName}, {"fileType", longName}, {"downloadId", 1e300}},
+        {{"filepath", QJsonArray{1}}, {"filename", true}, {"fileType", 1e9}, {"downloadId", "7"}, {"encrypted", {}}},
     };
     std::vector<std::thread> threads;
     for (int index = 0; index < 4; ++index) {
-        threads.emplace_back([&wild] {
-            for (const QJsonObject& request : wild)
-                for (const Operation operation :
-                     {LD_GetLocalConfig,    LD_SetLocalConfig,     LD_OpenFileBrowser,     LD_SetSecretKey,
-                      LD_SetOriginalString, LD_GetEncryptString,   LD_GetDecryptString,    LD_StartAsynUpload,
-                      LD_StopAsynUpload,    LD_ImportDeviceConfig, LD_ExportDeviceConfig,  LD_ExportDeviceLog,
-                      LD_UploadFile,        LD_Download,           LD_GetUploadErrorInfo,  LD_GetIpcImportErrorInfo,
-                      LD_StartUpgrade,      LD_StopUpgrade,        LD_UpgradeStatus,       LD_UpgradeProgress,
-                      LD_StartDownload,     LD_StopDownload,       LD_GetDownloadProgress, LD_GetDownloadStatus,
-                      LD_GetDownloadInfo}) {
+        threads.emplace_back([&] {
+            for (const QJsonObject& request : wild) {
+                for (const Operation operation : operations) {
+                    if (operation == LD_OpenDirectory) // would start the desktop's file manager
+                        continue;
                     call(operation, request);
                     LD_Release(operation(nullptr));
                 }
+            }
         });
     }
     for (std::thread& thread : threads)
