@@ -6,8 +6,6 @@
 #include <QCoreApplication>
 #include <QHBoxLayout>
 
-#include <gmock/gmock.h>
-
 #include <cstdio>
 #include <cstdlib>
 
@@ -31,14 +29,11 @@ TEST_F(ArrangementTest, GridsAreComputedRowByRow)
 {
     const QJsonArray grid = makeLayout(3, 2);
     ASSERT_EQ(grid.size(), 9);
-    const QJsonObject fifth = grid[4].toObject();
-    EXPECT_EQ(fifth["wndIndex"], 4);
-    EXPECT_EQ(fifth["ratio"], 2);
-    EXPECT_EQ(fifth["left"], 1.0 / 3);
-    EXPECT_EQ(fifth["top"], 1.0 / 3);
-    EXPECT_EQ(fifth["width"], 1.0 / 3);
-    EXPECT_EQ(grid[7].toObject()["left"], 1.0 / 3);
-    EXPECT_EQ(grid[7].toObject()["top"], 2.0 / 3);
+    const double third = 1.0 / 3;
+    EXPECT_EQ(
+        grid[7].toObject(),
+        (QJsonObject{
+            {"wndIndex", 7}, {"ratio", 2}, {"left", third}, {"top", 2.0 / 3}, {"width", third}, {"height", third}}));
     EXPECT_TRUE(makeLayout(0, 0).isEmpty());
     EXPECT_TRUE(makeLayout(-1, 0).isEmpty());
 }
@@ -60,8 +55,7 @@ TEST_F(ArrangementTest, TypeOrCustomLayout)
     const char* refused = "LD_ArrangeWindow only accept type 1,2,3,4";
     EXPECT_EQ(ask(LD_ArrangeWindow, R"({"type":5})").message(), refused);
     EXPECT_EQ(ask(LD_ArrangeWindow, R"({"type":"2"})").message(), refused);
-    EXPECT_EQ(ask(LD_ArrangeWindow, "{}").message(),
-              "an required field is missing from json object, required key is type");
+    EXPECT_EQ(ask(LD_ArrangeWindow, "{}").message(), wall::missing("type"));
     EXPECT_EQ(ask(LD_ArrangeWindow, "[]").message(), "ArrangeWindow json descriptor should be json object");
     EXPECT_EQ(ask(LD_ArrangeWindow, R"({"custom":[{"left":"x"}],"type":1})").code(), 500);
     EXPECT_EQ(count(), 16);
@@ -95,8 +89,7 @@ TEST_F(ArrangementTest, RatioAndResolutionCountAtTheNextResize)
     EXPECT_TRUE(ask(LD_SetWndResolution, R"({"wndIndex":12,"width":1,"height":1})").null);
     EXPECT_EQ(ask(LD_SetWndRatioMode, "[]").message(), "SetWndRatioMode json descriptor should be json object");
     EXPECT_EQ(ask(LD_SetWndResolution, "[]").message(), "SetWndResolution json descriptor should be json object");
-    EXPECT_EQ(ask(LD_SetWndResolution, R"({"wndIndex":0})").message(),
-              "an required field is missing from json object, required key is width");
+    EXPECT_EQ(ask(LD_SetWndResolution).message(), wall::missing("width"));
 }
 
 TEST_F(ArrangementTest, AccessorsAnswerForAWindowByItsIndex)

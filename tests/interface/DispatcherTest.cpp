@@ -36,15 +36,22 @@ ApiFunctionDescriptor withWidget(std::function<QJsonDocument*(QWidget*)> functio
     return descriptor;
 }
 
+QJsonDocument* nothing(QWidget*)
+{
+    return nullptr;
+}
+
 template <class Call> auto onWorker(Call call)
 {
     return std::async(std::launch::async, std::move(call));
 }
 
-template <class Future> void turnUntilReady(const Future& future)
+// What a call on a worker answers; the main thread does its events meanwhile.
+template <class Result> Result turnUntilReady(std::future<Result>& result)
 {
-    while (future.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+    while (result.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
         QCoreApplication::processEvents();
+    return result.get();
 }
 
 class DispatcherTest : public ::testing::Test
@@ -66,21 +73,17 @@ TEST_F(DispatcherTest, CallOnTheMainThreadRunsAtOnce)
 {
     EXPECT_TRUE(wall::take(makeCall(&noteThreadOf, widget_.get())).object["done"].toBool());
     EXPECT_EQ(ranOn, QThread::currentThread());
-    EXPECT_EQ(makeCall([](QWidget*) -> QJsonDocument* { return nullptr; }, widget_.get()), nullptr);
+    EXPECT_EQ(makeCall(&nothing, widget_.get()), nullptr);
 }
 
 TEST_F(DispatcherTest, CallOfAWorkerWaitsForTheMainThread)
 {
     auto answer = onWorker([&] { return makeCall(&noteThreadOf, widget_.get()); });
     EXPECT_EQ(answer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
-    turnUntilReady(answer);
-    EXPECT_TRUE(wall::take(answer.get()).object["done"].toBool());
+    EXPECT_TRUE(wall::take(turnUntilReady(answer)).object["done"].toBool());
     EXPECT_EQ(ranOn, widget_->thread());
-
-    auto nothing =
-        onWorker([&] { return makeCall([](QWidget*) -> QJsonDocument* { return nullptr; }, widget_.get()); });
-    turnUntilReady(nothing);
-    EXPECT_EQ(nothing.get(), nullptr);
+    auto none = onWorker([&] { return makeCall(&nothing, widget_.get()); });
+    EXPECT_EQ(turnUntilReady(none), nullptr);
 }
 
 TEST_F(DispatcherTest, CallWithoutAWidgetStaysOnItsThread)
@@ -125,7 +128,7 @@ TEST_F(DispatcherTest, ManyCallersNeverOverlap)
                 makeCall(work, widget_.get());
         }));
     }
-    for (const auto& worker : workers)
+    for (auto& worker : workers)
         turnUntilReady(worker);
     EXPECT_EQ(calls, 800);
     EXPECT_EQ(overlaps, 0);
@@ -187,29 +190,21 @@ TEST(Dispatcher, BuiltByAWorkerServesTheApplication)
     EXPECT_TRUE(wall::take(pending->get_future().get()).object["done"].toBool());
 }
 
-std::string heard;
-
-void first(LD_EventType, QWidget*, const QJsonDocument*)
-{
-    heard += "first ";
-}
-
-// A host may change the callbacks from inside one.
-void second(LD_EventType type, QWidget*, const QJsonDocument*)
-{
-    heard += "second ";
-    LD_InstallEventCallback(type, nullptr);
-}
-
 TEST(Callbacks, OneForEachTypeAndNullIsNone)
 {
+    static std::string heard;
+    const LD_EventCallback first = [](LD_EventType, QWidget*, const QJsonDocument*) { heard += "first "; };
+    const LD_EventCallback second = [](LD_EventType type, QWidget*, const QJsonDocument*) {
+        heard += "second ";
+        LD_InstallEventCallback(type, nullptr); // a host may change the callbacks from inside one
+    };
     const auto type = static_cast<LD_EventType>(77);
     const auto other = static_cast<LD_EventType>(78);
     callCallback(type, nullptr, nullptr);
-    EXPECT_EQ(LD_InstallEventCallback(type, &first), nullptr);
+    EXPECT_EQ(LD_InstallEventCallback(type, first), nullptr);
     callCallback(type, nullptr, nullptr);
     callCallback(other, nullptr, nullptr);
-    EXPECT_EQ(LD_InstallEventCallback(type, &second), &first);
+    EXPECT_EQ(LD_InstallEventCallback(type, second), first);
     callCallback(type, nullptr, nullptr);
     callCallback(type, nullptr, nullptr);
     EXPECT_EQ(heard, "first second ");
