@@ -19,14 +19,9 @@ const std::string kPointMessage =
 const std::string kRectMessage = "rectangle descriptor should contains at least four points.";
 const std::string kLineMessage =
     "line json descriptor must contains an array of points descriptor of two points descriptor";
+const std::string kNoPointMessage = "point json descriptor must contains an point";
 const std::string kChainMessage =
     "parse polygon points failed, polygon should contains points, which should be an two-dimension array";
-const std::string kMissing = "an required field is missing from json object, required key is ";
-
-std::string mismatch(const std::string& key, const std::string& word)
-{
-    return "error retrieving an optional field " + key + ", type mismatch, required type is " + word;
-}
 
 // A document of each type with all its keys.
 const std::map<G::GraphicsType, QByteArray> kFull = {
@@ -48,33 +43,29 @@ const std::map<G::GraphicsType, QByteArray> kFull = {
          "minMoveValue":8,"width":352,"height":288})"},
 };
 
-// The keys whose value may not be of every type, and what is said then.
+// The keys whose value may not be of every type.
 const std::map<std::pair<G::GraphicsType, std::string>, std::string> kStrict = {
-    {{G::Line, "tips"}, mismatch("tips", "string")},
-    {{G::Line, "cutOffPositions"}, mismatch("cutOffPositions", "array")},
-    {{G::Breakline, "tips"}, mismatch("tips", "string")},
-    {{G::Polygon, "tips"}, mismatch("tips", "string")},
-    {{G::Point, "tips"}, mismatch("tips", "string")},
-    {{G::Point, "type"}, mismatch("type", "string")},
-    {{G::Overlay, "timeFormat"}, mismatch("timeFormat", "string")},
-    {{G::Overlay, "showWeekDay"}, mismatch("showWeekDay", "bool")},
+    {{G::Line, "tips"}, "string"},          {{G::Line, "cutOffPositions"}, "array"}, {{G::Breakline, "tips"}, "string"},
+    {{G::Polygon, "tips"}, "string"},       {{G::Point, "tips"}, "string"},          {{G::Point, "type"}, "string"},
+    {{G::Overlay, "timeFormat"}, "string"}, {{G::Overlay, "showWeekDay"}, "bool"},
 };
 
-// What a document whose key `key` is broken, or missing, is refused with; "" for none.
-std::string expectedRefusal(G::GraphicsType type, const std::string& key, const QJsonValue& broken)
+std::string typeOf(const QJsonValue& value)
 {
-    if (key == "points" && !broken.isArray())
-        return mismatch("points", "array");
-    if (key == "points") // an empty list
-        return type == G::Rectangle ? kRectMessage
-               : type == G::Line    ? kLineMessage
-               : type == G::Point   ? "point json descriptor must contains an point"
-                                    : "";
+    return value.isString() ? "string" : value.isArray() ? "array" : value.isBool() ? "bool" : "other";
+}
+
+// What a document whose key `key` has a wrong value is refused with; "" for not at all.
+std::string expectedRefusal(G::GraphicsType type, const std::string& key, const QJsonValue& wrong)
+{
+    static const std::map<G::GraphicsType, std::string> noPoints = {
+        {G::Rectangle, kRectMessage}, {G::Line, kLineMessage}, {G::Point, kNoPointMessage}};
+    if (key == "points" && wrong.isArray()) // an empty list
+        return noPoints.count(type) != 0 ? noPoints.at(type) : "";
+    if (key == "points")
+        return mismatch(key, "array");
     const auto strict = kStrict.find({type, key});
-    const bool fits = strict != kStrict.end() &&
-                      ((key == "showWeekDay" && broken.isBool()) || (key == "cutOffPositions" && broken.isArray()) ||
-                       (key != "showWeekDay" && key != "cutOffPositions" && broken.isString()));
-    return strict == kStrict.end() || fits ? "" : strict->second;
+    return strict == kStrict.end() || strict->second == typeOf(wrong) ? "" : mismatch(key, strict->second);
 }
 
 } // namespace
@@ -85,13 +76,13 @@ TEST(Documents, aWrongTypeIsRefusedOrLeftOutButNeverMore)
                                 QJsonObject{{"a", 1}}};
     for (const auto& [type, text] : kFull) {
         const QJsonObject good = object(text);
-        ASSERT_EQ(refusal(shapeRow(type).parse(good)), "") << type;
+        ASSERT_EQ(messageOf(shapeRow(type).parse(good).first), "") << type;
         for (const QString& key : good.keys()) {
             for (const QJsonValue& value : wrong) {
                 QJsonObject broken = good;
                 broken[key] = value;
                 const ParsedGraphics parsed = shapeRow(type).parse(broken);
-                EXPECT_EQ(refusal(parsed), expectedRefusal(type, key.toStdString(), value))
+                EXPECT_EQ(messageOf(parsed.first), expectedRefusal(type, key.toStdString(), value))
                     << type << key.toStdString() << QJsonDocument(QJsonArray{value}).toJson().constData();
                 EXPECT_EQ(parsed.second != nullptr, !parsed.first && (key != "enable" || value.toBool())) << type;
             }
@@ -107,11 +98,13 @@ TEST(Documents, saysWhatIsMissing)
         for (const QString& key : good.keys()) {
             QJsonObject lacking = good;
             lacking.remove(key);
-            EXPECT_EQ(refusal(shapeRow(type).parse(lacking)), required.count(key) ? kMissing + key.toStdString() : "");
+            EXPECT_EQ(messageOf(shapeRow(type).parse(lacking).first),
+                      required.count(key) ? missing(key.toStdString()) : "");
         }
     }
-    EXPECT_EQ(refusal(parse(G::Overlay, R"({"text":"hello","enable":true})")), kMissing + "id");
-    EXPECT_EQ(refusal(parse(G::Overlay, R"({"enable":true})")), "can not deduce what kind of text overlay it is");
+    EXPECT_EQ(messageOf(parse(G::Overlay, R"({"text":"hello","enable":true})").first), missing("id"));
+    EXPECT_EQ(messageOf(parse(G::Overlay, R"({"enable":true})").first),
+              "can not deduce what kind of text overlay it is");
 }
 
 TEST(Documents, countsOfPointsAreExact)
@@ -134,12 +127,13 @@ TEST(Documents, countsOfPointsAreExact)
         {G::Line, "[[0,0],[1,2,3]]", kPointMessage},
         {G::Breakline, "[[0.1,0.1],5]", kChainMessage},
         {G::Polygon, "[[0.1,\"a\"]]", kPointMessage},
-        {G::Point, "[[0.5,0.5]]", "point json descriptor must contains an point"},
+        {G::Point, "[[0.5,0.5]]", kNoPointMessage},
         {G::Point, "[[0.1,0.2],[0.3,0.4]]", kPointMessage},
         {G::Point, "[2,-1]", ""},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(refusal(parse(c.type, R"({"id":1,"points":)" + c.points + "}")), c.refused) << c.points.constData();
+        EXPECT_EQ(messageOf(parse(c.type, R"({"id":1,"points":)" + c.points + "}").first), c.refused)
+            << c.points.constData();
     const auto errors = parse(G::Point, R"({"points":[0.5,"a"]})").first->toJson().object();
     EXPECT_EQ(errors["errorModule"], "src/graphics/GraphicsBase");
     EXPECT_EQ(errors["errorLine"], 524);

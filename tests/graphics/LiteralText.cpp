@@ -1,10 +1,8 @@
-#define GL_GLEXT_PROTOTYPES
 #include "tests/graphics/LiteralText.h"
 
 #include <QVector>
 
 #include <GL/gl.h>
-#include <GL/glext.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
@@ -58,39 +56,19 @@ void putCharacter(Buffer& buffer, uint character, int fontSize, int& left, int t
     left += width;
 }
 
-GLuint makeProgram()
+void drawOverWindow(const quillmark::lumen_deck::DrawColor& color)
 {
-    const char* const vertex =
-        "attribute vec4 position; attribute vec4 texCoord; varying vec4 out_texCoord; void main() "
-        "{ gl_Position = position; out_texCoord = texCoord; }";
-    const char* const fragment =
-        "varying vec4 out_texCoord; uniform sampler2D texture; uniform vec4 color; void main() "
-        "{ gl_FragColor = vec4(color.rgb, texture2D(texture, out_texCoord.st).a * color.a); }";
-    const GLuint program = glCreateProgram();
-    for (const auto& [kind, source] : {std::pair(GL_VERTEX_SHADER, vertex), std::pair(GL_FRAGMENT_SHADER, fragment)}) {
-        const GLuint shader = glCreateShader(static_cast<GLenum>(kind));
-        glShaderSource(shader, 1, &source, nullptr);
-        glCompileShader(shader);
-        glAttachShader(program, shader);
-        glDeleteShader(shader);
+    constexpr GLint kCorners[][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    glEnable(GL_TEXTURE_2D);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    glColor4f(color.red, color.green, color.blue, color.alpha);
+    glBegin(GL_QUADS);
+    for (const auto& [x, y] : kCorners) {
+        glTexCoord2i(x, y);
+        glVertex2i(2 * x - 1, 1 - 2 * y);
     }
-    glLinkProgram(program);
-    return program;
-}
-
-void drawOverWindow(GLuint program, const quillmark::lumen_deck::DrawColor& color)
-{
-    static constexpr float kPositions[] = {-1, 1, -1, -1, 1, 1, 1, 1, -1, -1, 1, -1};
-    static constexpr float kTexCoords[] = {0, 0, 0, 1, 1, 0, 1, 0, 0, 1, 1, 1};
-    glUseProgram(program);
-    glUniform4f(glGetUniformLocation(program, "color"), color.red, color.green, color.blue, color.alpha);
-    for (const auto& [name, values] : {std::pair("position", kPositions), std::pair("texCoord", kTexCoords)}) {
-        const auto location = static_cast<GLuint>(glGetAttribLocation(program, name));
-        glVertexAttribPointer(location, 2, GL_FLOAT, GL_FALSE, 0, values);
-        glEnableVertexAttribArray(location);
-    }
-    glDrawArrays(GL_TRIANGLES, 0, 6);
-    glUseProgram(0);
+    glEnd();
+    glDisable(GL_TEXTURE_2D);
 }
 
 } // namespace
@@ -114,12 +92,10 @@ void literalText(const quillmark::lumen_deck::DrawColor& color, const QString& t
         glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA, buffer.width, buffer.height, 0, GL_ALPHA, GL_UNSIGNED_BYTE,
                      buffer.bytes.data());
     }
-    const GLuint program = makeProgram();
     glViewport(0, 0, size.width(), size.height());
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    drawOverWindow(program, color);
+    drawOverWindow(color);
     glDisable(GL_BLEND);
-    glDeleteProgram(program);
     glDeleteTextures(1, &texture);
 }

@@ -3,21 +3,14 @@
 #include "src/LayoutDetail.h"
 #include "src/graphics/GraphicsView.h"
 #include "src/graphics/ShapeTable.h"
-
-#include <QJsonDocument>
-
-#include <memory>
+#include "tests/support/Documents.h"
 
 // Shapes from documents, and a view to put them in.
 namespace shapes {
 
 using namespace quillmark::lumen_deck;
+using namespace documents;
 using G = GraphicsBase;
-
-inline QJsonObject object(const QByteArray& text)
-{
-    return QJsonDocument::fromJson(text).object();
-}
 
 inline ParsedGraphics parse(G::GraphicsType type, const QByteArray& text)
 {
@@ -36,12 +29,6 @@ template <class Shape> std::shared_ptr<Shape> make(G::GraphicsType type, const Q
 inline std::shared_ptr<GraphicsBase> make(G::GraphicsType type, const QByteArray& text)
 {
     return make<GraphicsBase>(type, text);
-}
-
-// The message of the refusal, "" for none.
-inline std::string refusal(const ParsedGraphics& parsed)
-{
-    return parsed.first ? parsed.first->toJson().object()["errorMessage"].toString().toStdString() : "";
 }
 
 class Window

@@ -5,8 +5,6 @@
 #include "src/graphics/GraphicsLine.h"
 #include "src/graphics/GraphicsRectangle.h"
 #include "src/graphics/ToolRectangle.h"
-#include "src/graphics/ToolZoom.h"
-#include "src/player/IPlayer.h"
 #include "tests/double/EngineDouble.h"
 #include "tests/support/GlCanvas.h"
 
@@ -21,19 +19,6 @@
 using namespace shapes;
 
 namespace {
-
-struct PlayingPlayer : IPlayer
-{
-    using IPlayer::IPlayer;
-    int playStatus() const override { return 0; }
-    bool playing() const override { return true; }
-    bool playback() const override { return false; }
-    bool https() const override { return false; }
-    bool saving() const override { return false; }
-    float playSpeed() const override { return 1.0F; }
-    std::uint16_t volume() const override { return 0; }
-    int playId() const override { return 17; }
-};
 
 std::shared_ptr<GraphicsBase> shape(G::GraphicsType type, int id)
 {
@@ -59,16 +44,10 @@ using List = std::vector<std::pair<int, int>>;
 
 } // namespace
 
-TEST(View, isMadeOnceForAWindow)
-{
-    const Window window({100, 100});
-    EXPECT_EQ(UseGraphicsView(&*window), window.operator->());
-    EXPECT_EQ(WindowDirectory::instance().visit(&*window).view(), window.operator->());
-}
-
 TEST(View, aShapeTakesTheSlotOfItsIdOrKind)
 {
     const Window window({100, 100});
+    EXPECT_EQ(UseGraphicsView(&*window), window.operator->()) << "made once";
     for (const auto& added :
          {grid(), shape(G::Polygon, 5), shape(G::Line, 3), shape(G::Point, -1), shape(G::Point, -1)})
         window->addGraphics(added);
@@ -127,30 +106,16 @@ TEST(View, clearsByTypeFamilyIdAndName)
     EXPECT_EQ(left([](View& view) { view.clearGraphics(QVariant()); }), 5U);
     EXPECT_EQ(left([&](View& view) { view.clearGraphics(line); }), 4U);
 
+    fill();
+    for (const auto& [reference, isMeant] : {std::pair(QVariant(line->objectName()), true), {QVariant(4), false}}) {
+        window->selectGraphics(reference, G::Line);
+        EXPECT_EQ(line->selected, isMeant);
+    }
     window->current_selected_graphics_ = line;
     window->clearGraphics(G::Line);
     EXPECT_TRUE(window->current_selected_graphics_);
     window->clearGraphics(G::Any);
     EXPECT_FALSE(window->current_selected_graphics_);
-}
-
-TEST(View, selectsByPositiveIdOrName)
-{
-    const Window window({100, 100});
-    const auto zero = shape(G::Point, 0);
-    const auto one = shape(G::Rectangle, 1);
-    window->addGraphics(zero);
-    window->addGraphics(one);
-    window->selectGraphics(QVariant(1), G::Line);
-    EXPECT_TRUE(one->selected && !zero->selected);
-    window->selectGraphics(QVariant(zero->objectName()), G::Line);
-    EXPECT_TRUE(!one->selected && zero->selected);
-    window->selectGraphics(QVariant(0), G::Point);
-    EXPECT_TRUE(!one->selected && !zero->selected);
-    EXPECT_EQ(window->clearSelectedGraphic(), -1);
-    zero->selected = one->selected = true;
-    EXPECT_EQ(window->clearSelectedGraphic(), 1);
-    EXPECT_TRUE(listed(window).empty());
 }
 
 TEST(View, keepsTheToolAsideWhileDrawingIsDisabled)
@@ -169,25 +134,6 @@ TEST(View, keepsTheToolAsideWhileDrawingIsDisabled)
     window->disableDraw();
     window->disableDraw();
     EXPECT_TRUE(!window->current_tool_ && window->saved_tool_ == tool);
-}
-
-TEST(View, givesTheWholePictureBackWithTheZoomTool)
-{
-    const Window window({100, 100});
-    engine_double::reset();
-    const auto zoom = std::make_shared<ToolZoom>();
-    window->setTool(zoom);
-    window->setTool(nullptr);
-    EXPECT_TRUE(engine_double::calls("TP_SetDisplayRegion").empty()) << "no player, no picture";
-    new PlayingPlayer(&*window);
-    window->setTool(zoom);
-    engine_double::answer("TP_SetDisplayRegion", -1);
-    window->setTool(nullptr);
-    const auto calls = engine_double::calls("TP_SetDisplayRegion");
-    ASSERT_EQ(calls.size(), 1U);
-    EXPECT_THAT(calls[0].arguments, testing::ElementsAre("17", "0", "null", "0", "1"));
-    EXPECT_FALSE(window->saved_tool_);
-    engine_double::reset();
 }
 
 TEST(View, paintsItsBackgroundUntilTheWindowPlays)
