@@ -74,15 +74,13 @@ TEST_F(Mouse, aPolygonGrowsClickByClick)
     press({200, 200}, Qt::RightButton);
     release({200, 200});
     EXPECT_EQ(pixelsOf(polygons()[0]).size(), 4U) << "a held polygon lost a point";
-}
 
-TEST_F(Mouse, aPolygonEndsByTheRightButton)
-{
+    wall::take(LD_ClearGraphics(&main()));
     take("Polygon", R"({"maxPointSupport":9,"minPointSupport":3,"id":3})");
     for (const QPoint at : {QPoint(100, 100), QPoint(300, 100), QPoint(300, 300)})
         click(at);
     click({50, 50}, Qt::RightButton);
-    EXPECT_EQ(pixelsOf(polygons()[0]).size(), 3U);
+    EXPECT_EQ(pixelsOf(polygons()[0]).size(), 3U) << "the right button ends it";
     EXPECT_FALSE(view().current_tool_);
 }
 
@@ -137,8 +135,7 @@ TEST_F(Mouse, callbackModeReportsWholeShapesAndGoesOn)
 
     EXPECT_EQ(ask(LD_SetDrawCallback, R"({"enable":true,"type":"Circle"})").message(),
               "error setDrawCallback, can not decide which tool to use");
-    EXPECT_EQ(ask(LD_SetDrawCallback, R"({"enable":true,"type":"Point"})").message(),
-              "an required field is missing from json object, required key is drawType");
+    EXPECT_EQ(ask(LD_SetDrawCallback, R"({"enable":true,"type":"Point"})").message(), wall::missing("drawType"));
     ASSERT_TRUE(ask(LD_SetDrawCallback, R"({"enable":false})").null);
     drag({100, 300}, {200, 400});
     EXPECT_TRUE(told(LD_EVENT_SHAPE_FINISHED).empty());

@@ -84,10 +84,12 @@ TEST_F(Zoom, leavingGivesTheWholePictureBack)
     enable(R"({"type":2})");
     wheel({500, 250}, {0, 120});
     const auto before = engine_double::calls("TP_SetDisplayRegion").size();
+    engine_double::answer("TP_SetDisplayRegion", -1); // refused, it is left all the same
     wall::take(LD_DisableEZoom(&main()));
     const auto calls = engine_double::calls("TP_SetDisplayRegion");
     ASSERT_EQ(calls.size(), before + 1);
-    EXPECT_EQ(calls.back().arguments[2], "null");
+    EXPECT_THAT(calls.back().arguments, testing::ElementsAre(testing::_, "0", "null", "0", "1"));
+    EXPECT_FALSE(view().current_tool_ || view().saved_tool_);
     wheel({500, 250}, {0, 120});
     EXPECT_EQ(engine_double::calls("TP_SetDisplayRegion").size(), before + 1);
 }
