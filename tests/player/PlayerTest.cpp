@@ -1,5 +1,4 @@
 #include "src/LayoutDetail.h"
-#include "src/WindowDirectory.h"
 #include "tests/support/Wall.h"
 
 #include <QApplication>
@@ -114,29 +113,6 @@ TEST_F(PlayerTest, speedAndVolumeAreTheEngines)
     play();
     EXPECT_EQ(player()->playSpeed(), 0.125F);
     EXPECT_EQ(player()->volume(), 0x2345);
-}
-
-// What the fisheye layer draws, as seen from a draw hook.
-struct Overlay : quillmark::lumen_deck::IFisheyeOverlay
-{
-    void DrawFishEyeBox(void* drawContext) override { drawn.push_back(drawContext); }
-    void DrawFishWndId(void*) override { drawn.push_back(nullptr); }
-    void setFisheyeMark(int, const _TP_PTZPARAM&, bool) override {}
-    std::vector<void*> drawn;
-};
-
-TEST_F(PlayerTest, drawHookDrawsOverThePlayingWindow)
-{
-    const int id = play();
-    Overlay overlay;
-    auto& directory = quillmark::lumen_deck::WindowDirectory::instance();
-    EXPECT_TRUE(engine_double::drawFrame(id, nullptr)) << "nothing but shapes";
-    directory.setOverlay(window(), &overlay);
-    EXPECT_TRUE(engine_double::drawFrame(id, &overlay));
-    EXPECT_THAT(overlay.drawn, ElementsAre(&overlay, nullptr));
-    directory.setOverlay(window(), nullptr);
-    ask(LD_Stop);
-    EXPECT_FALSE(engine_double::drawFrame(id, nullptr));
 }
 
 } // namespace

@@ -1,5 +1,3 @@
-#include "src/LayoutDetail.h"
-#include "src/player/IEagleEyeModule.h"
 #include "src/player/IFisheyeModule.h"
 #include "tests/support/Wall.h"
 
@@ -7,7 +5,6 @@
 #include <QPointer>
 
 using namespace wall;
-using quillmark::lumen_deck::IPlayWindow;
 
 namespace {
 
@@ -103,7 +100,7 @@ TEST_F(TransportTest, stopEndsTheRecordingFirstAndCanBeTriedAgain)
     EXPECT_EQ(ask(LD_Stop, "[]").message(), "stop json descriptor should be a json object");
 }
 
-// The fisheye and eagle-eye companions, as the streams see them.
+// The fisheye companion, as the streams see it.
 class Fisheye : public quillmark::lumen_deck::IFisheyeModule
 {
 public:
@@ -125,25 +122,15 @@ public:
     std::vector<int> operations;
 };
 
-class EagleEye : public quillmark::lumen_deck::IEagleEyeModule
-{
-public:
-    using IEagleEyeModule::IEagleEyeModule;
-    _TP_EAGLEEYEPARAM getEagleEyeParam() const override { return {true, 1, 2}; }
-};
-
-TEST_F(TransportTest, companionsTakePart)
+TEST_F(TransportTest, theCompanionTakesPart)
 {
     const journal::Tolerated noAddress;
     auto* fisheye = new Fisheye(&main());
-    QPointer<EagleEye> eagleEye = new EagleEye(main().findChildren<IPlayWindow*>().at(0));
     play();
-    EXPECT_EQ(calls("TP_Play").at(0).arguments.at(8), "010000000100000002000000");
     ask(LD_Stop, R"({"wndIndex":"0"})");
-    EXPECT_TRUE(eagleEye) << "no window has that name";
+    EXPECT_THAT(fisheye->resets, IsEmpty()) << "no window has that name";
     const QByteArray name = main().layout()->itemAt(0)->widget()->objectName().toUtf8();
     ask(LD_Stop, R"({"wndIndex":")" + name + "\"}");
-    EXPECT_FALSE(eagleEye);
     EXPECT_THAT(fisheye->resets, ElementsAre(0));
 
     fisheye->correctionType = 2;
