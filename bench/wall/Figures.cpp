@@ -63,20 +63,22 @@ int threadCount()
     return statusValue("Threads").toInt();
 }
 
-QString clip(int framesPerSecond)
+QString clip(int framesPerSecond, QSize size)
 {
     const QDir folder(QCoreApplication::applicationDirPath());
-    const QString path = folder.filePath(QString("wall-%1.mp4").arg(framesPerSecond));
+    const QString path = folder.filePath(QString("wall-%1-%2.mp4").arg(size.height()).arg(framesPerSecond));
     if (QFile::exists(path))
         return path;
     const QString part = path + ".part";
-    const QString picture = QString("testsrc2=size=704x576:rate=%1:duration=60").arg(framesPerSecond);
+    const QString picture =
+        QString("testsrc2=size=%1x%2:rate=%3:duration=60").arg(size.width()).arg(size.height()).arg(framesPerSecond);
     // Noise and bits as a camera has them: decoding must cost what it costs there.
+    const QString bits = QString("%1k").arg(framesPerSecond * size.width() * size.height() / 4055);
     QProcess::execute("ffmpeg", {"-y",       "-loglevel", "error",
                                  "-f",       "lavfi",     "-i",
                                  picture,    "-vf",       "noise=alls=7:allf=t,format=yuv420p",
                                  "-c:v",     "libx264",   "-preset",
-                                 "veryfast", "-b:v",      QString("%1k").arg(100 * framesPerSecond),
+                                 "veryfast", "-b:v",      bits,
                                  "-g",       "50",        "-bf",
                                  "0",        "-f",        "mp4",
                                  part});

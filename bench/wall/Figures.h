@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QSize>
 #include <QString>
 
 namespace bench {
@@ -22,8 +23,8 @@ double processCpuSeconds();
 double residentMegabytes();
 int threadCount();
 
-// Makes the clip unless it is there: 704x576, H.264, a minute. Empty when that failed.
-QString clip(int framesPerSecond);
+// Makes the clip unless it is there: H.264, a minute. Empty when that failed.
+QString clip(int framesPerSecond, QSize size = {704, 576});
 
 // Plays the clip in `windows` windows through the library's own interface. Needs a QApplication.
 Figures playWall(int windows, const QString& clip, int framesPerSecond, QSize wall, double seconds);
