@@ -20,6 +20,10 @@ if(CCACHE)
     set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
+if(LUMEN_DECK_FUZZERS)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
@@ -29,7 +33,7 @@ target_compile_options(project_options INTERFACE
 if(LUMEN_DECK_SANITIZE STREQUAL "address")
     # The instrumented standard library looks uninitialised to GCC 12 where it is not (std::regex).
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer
-        -Wno-maybe-uninitialized)
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     add_link_options(-fsanitize=address,undefined)
 elseif(LUMEN_DECK_SANITIZE STREQUAL "thread")
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)

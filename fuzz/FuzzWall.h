@@ -1,0 +1,66 @@
+#pragma once
+
+#include "include/lumen_deck/lumen_deck.h"
+#include "tests/double/EngineDouble.h"
+
+#include <QApplication>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QWidget>
+
+// A wall on the engine double, without a display. Built anew for every input, so that each stands by itself.
+namespace fuzz {
+
+inline void initialize(int* argc, char*** argv)
+{
+    static const QTemporaryDir root; // of all files that the library writes
+    qputenv("PWD", root.path().toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QLoggingCategory::setFilterRules("*.debug=false\n*.info=false\n*.warning=false");
+    static QApplication application(*argc, *argv);
+    static QTimer nobody; // who closes every dialog
+    QObject::connect(&nobody, &QTimer::timeout, [] {
+        if (QWidget* const dialog = QApplication::activeModalWidget())
+            dialog->close();
+    });
+    nobody.start(1);
+}
+
+class FuzzWall
+{
+public:
+    FuzzWall()
+    {
+        engine_double::reset();
+        engine_double::give("TP_GetOSDTime", {2024, 7, 1, 12, 0, 0});
+        engine_double::give("TP_GetPictureSize", {704, 576});
+        widget_.resize(640, 480);
+        LD_Release(LD_Initialize(&widget_));
+        ask(LD_ArrangeWindow, R"({"type":2})");
+        widget_.show();
+        ask(LD_Play, R"({"wndIndex":0,"url":"rtsp://camera/channels/1","auth":"a:b"})");
+    }
+
+    QWidget* widget() { return &widget_; }
+
+    // Text that is no document goes as an empty one.
+    void ask(QJsonDocument* (*function)(QWidget*, const QJsonDocument*), const std::string& text)
+    {
+        const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
+        LD_Release(function(&widget_, &document));
+    }
+
+    void runEvents()
+    {
+        for (const int id : engine_double::livePlays())
+            engine_double::emitMessage(id, 1);
+        QApplication::processEvents();
+    }
+
+private:
+    QWidget widget_;
+};
+
+} // namespace fuzz

@@ -1,0 +1,36 @@
+// The file local.json as somebody has left it, up to a zero byte, and a request to change it.
+
+#include "fuzz/FuzzWall.h"
+#include "fuzz/Input.h"
+
+#include <QDir>
+#include <QFile>
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    fuzz::initialize(argc, argv);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    fuzz::Input input(data, size);
+    const QString folder = QString::fromLocal8Bit(qgetenv("PWD")) + "/.HarborKit";
+    QDir().mkpath(folder);
+    QFile file(folder + "/local.json");
+    if (!file.open(QIODevice::WriteOnly))
+        return 0;
+    file.write(QByteArray::fromStdString(input.takeUntil('\0')));
+    file.close();
+
+    const QJsonDocument empty;
+    const QJsonDocument request = QJsonDocument::fromJson(QByteArray::fromStdString(input.takeUntil('\0')));
+    LD_Release(LD_GetLocalConfig(&empty));
+    LD_Release(LD_SetLocalConfig(&request));
+    LD_Release(LD_GetLocalConfig(&empty));
+    fuzz::FuzzWall wall; // plays, records and takes pictures by these settings
+    wall.ask(LD_StartSave, R"({"wndIndex":0,"fileName":"f"})");
+    wall.ask(LD_Snapshot, R"({"wndIndex":0,"fileName":"f"})");
+    wall.runEvents();
+    return 0;
+}

@@ -1,0 +1,82 @@
+// Drawing verbs and the mouse in turns. A line that begins with a letter is "LD_... {...}", any other is mouse events of four
+// bytes: what happens, where across, where down, which buttons.
+
+#include "fuzz/FuzzWall.h"
+#include "fuzz/Input.h"
+#include "src/LayoutDetail.h"
+#include "src/LayoutManager.h"
+
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <cctype>
+#include <map>
+
+namespace {
+
+using fuzz::FuzzWall;
+using fuzz::Input;
+
+void runVerb(FuzzWall& wall, const std::string& line)
+{
+    static const std::map<std::string, QJsonDocument* (*)(QWidget*, const QJsonDocument*)> verbs{
+        {"LD_SetRectInfo", LD_SetRectInfo},           {"LD_SetPointInfo", LD_SetPointInfo},
+        {"LD_SetPolygonInfo", LD_SetPolygonInfo},     {"LD_SetDrawStatus", LD_SetDrawStatus},
+        {"LD_SetTextOverlay", LD_SetTextOverlay},     {"LD_SetLineInfo", LD_SetLineInfo},
+        {"LD_ClearShapeByType", LD_ClearShapeByType}, {"LD_ClearShapeById", LD_ClearShapeById},
+        {"LD_SelectShape", LD_SelectShape},           {"LD_SetDrawCallback", LD_SetDrawCallback},
+        {"LD_SetDrawShapeInfo", LD_SetDrawShapeInfo}, {"LD_SetGridInfo", LD_SetGridInfo},
+        {"LD_EnableEZoom", LD_EnableEZoom},           {"LD_ArrangeWindow", LD_ArrangeWindow},
+    };
+    const std::size_t blank = std::min(line.find(' '), line.size());
+    const auto verb = verbs.find(line.substr(0, blank));
+    if (verb != verbs.end())
+        wall.ask(verb->second, line.substr(blank));
+    for (auto* const query :
+         {LD_GetPolygonInfo, LD_GetTextOverlay, LD_GetLineInfo, LD_GetPointInfo, LD_GetRectInfo, LD_GetGridInfo})
+        LD_Release(query(wall.widget()));
+}
+
+void moveMouse(QWidget& window, Input line)
+{
+    constexpr QEvent::Type kinds[] = {QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseButtonRelease,
+                                      QEvent::MouseButtonDblClick, QEvent::Wheel};
+    while (line) {
+        const QEvent::Type kind = kinds[line.take<std::uint8_t>() % std::size(kinds)];
+        const int x = line.take<std::int8_t>() * window.width() / 64;
+        const QPointF at(x, line.take<std::int8_t>() * window.height() / 64);
+        const int buttons = line.take<std::uint8_t>() & 3;
+        if (kind == QEvent::Wheel) {
+            QWheelEvent event(at, at, {}, {0, 120 * (buttons - 1)}, {}, {}, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(&window, &event);
+        } else {
+            const auto button = kind == QEvent::MouseMove ? Qt::NoButton : Qt::MouseButton(buttons ? buttons : 1);
+            QMouseEvent event(kind, at, at, at, button, Qt::MouseButtons(buttons), Qt::NoModifier);
+            QApplication::sendEvent(&window, &event);
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    fuzz::initialize(argc, argv);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    FuzzWall wall;
+    Input input(data, size);
+    while (input) {
+        const std::string line = input.takeUntil('\n');
+        const quillmark::lumen_deck::Layout layout(wall.widget());
+        if (!line.empty() && std::isalpha(static_cast<unsigned char>(line[0])) != 0)
+            runVerb(wall, line);
+        else if (QWidget* const window = layout.getSelectedPlayWindow())
+            moveMouse(*window, {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
+    }
+    wall.runEvents();
+    return 0;
+}

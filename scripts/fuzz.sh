@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Fuzzes for SECONDS (60 if left out) with each fuzzer, or with those named. What it finds lies in build/fuzz/found.
+#     scripts/fuzz.sh [SECONDS] [calls|layout|config|drawing|engine]...
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/bootstrap.sh
+PACKAGES+=(clang)
+install_packages
+seconds=${1:-60}
+shift $(($# > 0 ? 1 : 0))
+[ $# -gt 0 ] || set -- calls layout config drawing engine
+for name in "$@"; do
+    build fuzz "fuzz_$name"
+done
+status=0
+for name in "$@"; do
+    corpus=build/fuzz/corpus/$name
+    mkdir -p "$corpus" build/fuzz/found
+    LSAN_OPTIONS=suppressions=tests/support/lsan.supp xvfb-run -a "build/fuzz/bin/fuzz_$name" \
+        -max_total_time="$seconds" -timeout=20 -rss_limit_mb=4096 -max_len=4096 -print_final_stats=1 \
+        -artifact_prefix="build/fuzz/found/$name-" "$corpus" "fuzz/seeds/$name" || status=1
+done
+exit $status

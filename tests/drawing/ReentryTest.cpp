@@ -1,0 +1,173 @@
+#include "src/LayoutDetail.h"
+#include "tests/drawing/DrawingWall.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <thread>
+#include <variant>
+
+namespace {
+
+using wall::DrawingTest;
+using wall::json;
+
+struct Function
+{
+    const char* name;
+    bool onMainThread; // touches widgets on the caller's thread
+    std::variant<QJsonDocument* (*)(QWidget*, const QJsonDocument*), QJsonDocument* (*)(QWidget*),
+                 QJsonDocument* (*)(const QJsonDocument*), QJsonDocument* (*)()>
+        address;
+};
+
+const bool Queued = false, Unmoved = false, Direct = true, DirectThenQueued = false;
+const Function functions[] = {
+#define LUMEN_DECK_WD(name, route) {#name, route, name},
+#define LUMEN_DECK_W(name, route) {#name, route, name},
+#define LUMEN_DECK_D(name, route) {#name, false, name},
+#define LUMEN_DECK_N(name, route) {#name, route, name},
+#include "include/lumen_deck/functions.def"
+};
+
+// Enough for most functions to do what they do.
+const QJsonDocument& request()
+{
+    static const QJsonDocument document = json(
+        R"({"wndIndex":0,"index":0,"url":"rtsp://camera/channels/1","auth":"a:b","fileName":"f","type":1,"mode":1,"volume":5,
+            "enable":true,"drawType":"Rect","drawInfo":{},"direction":2,"speed":3,"step":3,"id":1,"uuid":"u","audioType":0,
+            "width":704,"height":576,"startTime":"","stopTime":"","windows":[{"width":1,"height":1},{"wndIndex":1}]})");
+    return document;
+}
+
+QJsonDocument* call(const Function& function, QWidget* wall)
+{
+    struct Caller
+    {
+        QWidget* wall;
+        QJsonDocument* operator()(QJsonDocument* (*f)(QWidget*, const QJsonDocument*)) const
+        {
+            return f(wall, &request());
+        }
+        QJsonDocument* operator()(QJsonDocument* (*f)(QWidget*)) const { return f(wall); }
+        QJsonDocument* operator()(QJsonDocument* (*f)(const QJsonDocument*)) const { return f(&request()); }
+        QJsonDocument* operator()(QJsonDocument* (*f)()) const { return f(); }
+    };
+    return std::visit(Caller{wall}, function.address);
+}
+
+// Starts the desktop's file manager.
+bool leavesTheProcess(const Function& function)
+{
+    return std::string(function.name) == "LD_OpenDirectory";
+}
+
+// While the main loop runs.
+void onAnotherThread(const std::function<void()>& action)
+{
+    std::atomic<bool> done{false};
+    std::thread thread([&] {
+        action();
+        done = true;
+    });
+    while (!done)
+        QApplication::processEvents(QEventLoop::AllEvents, 5);
+    thread.join();
+}
+
+class Reentry : public DrawingTest
+{
+protected:
+    void SetUp() override
+    {
+        DrawingTest::SetUp();
+        QObject::connect(&nobody_, &QTimer::timeout, [] {
+            if (QWidget* const dialog = QApplication::activeModalWidget())
+                dialog->close();
+        });
+        nobody_.start(20);
+    }
+
+    // What makes each event come.
+    std::map<LD_EventType, std::function<void()>> gestures()
+    {
+        const auto draw = [this](const QByteArray& tool) {
+            take("Rect", tool);
+            drag({100, 50}, {300, 150});
+        };
+        return {
+            {LD_EVENT_SELECTED, [this] { arrange(R"({"custom":[{"wndIndex":1},{"wndIndex":0}]})"); }},
+            {LD_EVENT_DOUBLE_CLICKED,
+             [this] {
+                 mouse(QEvent::MouseButtonDblClick, {9, 9}, Qt::LeftButton, Qt::LeftButton);
+             }},
+            {LD_EVENT_STREAM,
+             [] { onAnotherThread([] { engine_double::emitMessage(engine_double::livePlays().back(), 1); }); }},
+            {LD_EVENT_MOUSE,
+             [this] {
+                 press({9, 9});
+             }},
+            {LD_EVENT_SHAPE_FINISHED,
+             [this, draw] {
+                 ask(LD_SetDrawCallback, R"({"enable":true,"type":"Rect"})");
+                 drag({100, 50}, {300, 150});
+             }},
+            {LD_EVENT_DRAWING_ENDED, [draw] { draw("{}"); }},
+            {LD_EVENT_SHAPE_CHOSEN,
+             [this, draw] {
+                 draw(R"({"maxShapeSupport":1})");
+                 press({200, 100});
+             }},
+        };
+    }
+
+private:
+    QTimer nobody_; // who closes every dialog
+};
+
+TEST_F(Reentry, everyFunctionMayBeCalledInEveryEvent)
+{
+    static std::function<void()> inEvent;
+    for (const auto& [type, gesture] : gestures()) {
+        LD_InstallEventCallback(type, [](LD_EventType, QWidget*, const QJsonDocument*) {
+            if (const auto action = std::exchange(inEvent, nullptr))
+                action();
+        });
+        for (const Function& function : functions) {
+            if (leavesTheProcess(function) || (type == LD_EVENT_STREAM && function.onMainThread))
+                continue;
+            SCOPED_TRACE(testing::Message() << function.name << " in event " << type);
+            remakeMain();
+            open(2, 0);
+            play();
+            QElapsedTimer clock;
+            clock.start();
+            bool called = false;
+            inEvent = [&, &f = function] {
+                called = true;
+                LD_Release(call(f, &main()));
+            };
+            gesture();
+            EXPECT_TRUE(called);
+            EXPECT_LT(clock.elapsed(), 2000);
+        }
+        LD_InstallEventCallback(type, nullptr);
+    }
+}
+
+TEST_F(Reentry, everyFunctionReturnsOnAForeignThread)
+{
+    for (const Function& function : functions) {
+        if (function.onMainThread || leavesTheProcess(function))
+            continue;
+        QElapsedTimer clock;
+        clock.start();
+        onAnotherThread([&] { LD_Release(call(function, &main())); });
+        EXPECT_LT(clock.elapsed(), 2000) << function.name;
+    }
+}
+
+} // namespace
