@@ -31,16 +31,6 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-// Processor time of the process, milliseconds a second.
-double cpuOver(double seconds)
-{
-    QElapsedTimer clock;
-    clock.start();
-    const double before = bench::processCpuSeconds();
-    bench::runFor(seconds);
-    return (bench::processCpuSeconds() - before) * 1e12 / static_cast<double>(clock.nsecsElapsed());
-}
-
 // Playing and recording in turns, so that what else the machine does meets both.
 bool measureRecording(int windows, int pairs, double seconds)
 {
@@ -50,9 +40,9 @@ bool measureRecording(int windows, int pairs, double seconds)
     std::vector<double> recording;
     std::vector<double> ratios;
     for (int pair = 0; pair < pairs; ++pair) {
-        playing.push_back(cpuOver(seconds));
+        playing.push_back(1000 * bench::processorsOver(seconds));
         wall.forEach("LD_StartSave", LD_StartSave, {{"fileName", QString("pair %1").arg(pair)}});
-        recording.push_back(cpuOver(seconds));
+        recording.push_back(1000 * bench::processorsOver(seconds));
         wall.forEach("LD_StopSave", LD_StopSave, {});
         ratios.push_back(recording.back() / playing.back());
     }
