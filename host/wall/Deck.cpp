@@ -24,9 +24,13 @@ Deck::Deck(QWidget* wall)
     apart_.setMaxThreadCount(kAtATime);
 }
 
+// The calls of the end are told to nobody: who looked at the wall may be half gone.
 Deck::~Deck()
 {
     apart_.waitForDone();
+    blockSignals(true);
+    cells_.blockSignals(true);
+    events_.blockSignals(true);
     call("LD_StopRealPlayAll");
     call("LD_Uninitialize");
 }

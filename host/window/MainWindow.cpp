@@ -61,8 +61,6 @@ MainWindow::~MainWindow()
 {
     poll_.stop();
     tags_.reset();
-    deck_->disconnect(this);
-    deck_->cells().disconnect(this);
 }
 
 void MainWindow::setTagsShown(bool shown)
