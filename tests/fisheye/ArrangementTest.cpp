@@ -2,6 +2,7 @@
 #include "tests/fisheye/FisheyeWall.h"
 
 #include <QLayout>
+#include <QTest>
 
 using engine_double::calls;
 using quillmark::lumen_deck::CellWidget;
@@ -77,7 +78,9 @@ TEST_F(ArrangementTest, windowsViewsAndBoxesOfEach)
         ask(LD_SetPlaceType, R"({"type":1})");
         ask(LD_SetPlaceType, R"({"type":3})"); // is none
         playViews(type);
-        QApplication::processEvents();
+        // The window system may first answer the size before.
+        EXPECT_TRUE(
+            QTest::qWaitFor([this] { return main().width() == 1000 && main().layout()->geometry().width() == 1000; }));
         const QStringList cells = QString(kArrangements[type].cells).split(';');
         const QStringList windows = QString(kArrangements[type].windows).split(';');
         ASSERT_EQ(main().layout()->count(), windows.size());
