@@ -69,11 +69,14 @@ void BenchWall::play(const QString& clip)
 }
 
 void BenchWall::forEach(const char* name, QJsonDocument* (*function)(QWidget*, const QJsonDocument*),
-                        QJsonObject request)
+                        const QJsonObject& request)
 {
     for (int i = 0; i < windows_; ++i) {
-        request["wndIndex"] = nameOf(i);
-        const QJsonDocument document(request);
+        QJsonObject own = request;
+        own["wndIndex"] = nameOf(i);
+        if (own.contains("fileName"))
+            own["fileName"] = QString("%1 of %2").arg(request["fileName"].toString(), nameOf(i));
+        const QJsonDocument document(own);
         mustSucceed(name, function(&widget_, &document));
     }
 }

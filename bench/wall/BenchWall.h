@@ -16,8 +16,10 @@ public:
 
     void play(const QString& clip);
     void hide() { widget_.hide(); }
-    // One call for each window, with its `wndIndex` added. Ends the process when the library refuses.
-    void forEach(const char* name, QJsonDocument* (*function)(QWidget*, const QJsonDocument*), QJsonObject request);
+    // One call for each window, with its `wndIndex` added and a `fileName` made its own. Ends the process when the library
+    // refuses.
+    void forEach(const char* name, QJsonDocument* (*function)(QWidget*, const QJsonDocument*),
+                 const QJsonObject& request);
 
     std::uint64_t shown() const; // frames since the start, of all windows
 
