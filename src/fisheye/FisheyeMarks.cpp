@@ -8,11 +8,13 @@ constexpr int kTicksShown = 5;
 
 }
 
-// A copy shares its data until one of the two changes.
+// A copy of its own: a shared one is let go without the lock, and the next writer would not wait for that.
 FisheyeMarks::Marks FisheyeMarks::all() const
 {
     const std::lock_guard lock(mutex_);
-    return marks_;
+    Marks copy = marks_;
+    copy.detach();
+    return copy;
 }
 
 void FisheyeMarks::put(int id, const FisheyeDeviceExpandMark& mark)
