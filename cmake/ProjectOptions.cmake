@@ -30,6 +30,9 @@ target_compile_options(project_options INTERFACE
     # __FILE__ is the path inside the tree: it stands in the error documents.
     -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
 
+# Clang calls the library for structures of eight bytes.
+target_link_libraries(project_options INTERFACE $<$<CXX_COMPILER_ID:Clang>:atomic>)
+
 if(LUMEN_DECK_SANITIZE STREQUAL "address")
     # The instrumented standard library looks uninitialised to GCC 12 where it is not (std::regex).
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer

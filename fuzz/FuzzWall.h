@@ -5,28 +5,10 @@
 
 #include <QApplication>
 #include <QJsonDocument>
-#include <QLoggingCategory>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <QWidget>
 
 // A wall on the engine double, without a display. Built anew for every input, so that each stands by itself.
 namespace fuzz {
-
-inline void initialize(int* argc, char*** argv)
-{
-    static const QTemporaryDir root; // of all files that the library writes
-    qputenv("PWD", root.path().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QLoggingCategory::setFilterRules("*.debug=false\n*.info=false\n*.warning=false");
-    static QApplication application(*argc, *argv);
-    static QTimer nobody; // who closes every dialog
-    QObject::connect(&nobody, &QTimer::timeout, [] {
-        if (QWidget* const dialog = QApplication::activeModalWidget())
-            dialog->close();
-    });
-    nobody.start(1);
-}
 
 class FuzzWall
 {

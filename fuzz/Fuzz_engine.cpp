@@ -168,7 +168,8 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/)
     std::string folder = "/tmp/fuzz-engine-XXXXXX";
     if (mkdtemp(folder.data()) == nullptr || chdir(folder.c_str()) != 0)
         return 1;
-    if (Display* const display = XOpenDisplay(nullptr)) {
+    static Display* const display = XOpenDisplay(nullptr);
+    if (display) {
         g_window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 320, 240, 0, 0, 0);
         XMapWindow(display, g_window);
         XSync(display, False);

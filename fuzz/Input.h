@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <type_traits>
 
 namespace fuzz {
 
@@ -21,6 +22,8 @@ public:
 
     template <class Number> Number take()
     {
+        if constexpr (std::is_same_v<Number, bool>)
+            return (take<std::uint8_t>() & 1) != 0;
         Number number{};
         if (static_cast<std::size_t>(end_ - at_) >= sizeof number)
             std::memcpy(&number, at_, sizeof number);

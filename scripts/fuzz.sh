@@ -12,12 +12,15 @@ shift $(($# > 0 ? 1 : 0))
 for name in "$@"; do
     build fuzz "fuzz_$name"
 done
+words=$PWD/build/fuzz/words.dict # keys and names that no mutation would find
+grep -oh '"[A-Za-z][A-Za-z_ ]*"' docs/schema/*.json | sort -u >"$words"
+grep -o 'LD_[A-Za-z]*' include/lumen_deck/functions.def | sort -u | sed 's/.*/"&"/' >>"$words"
 status=0
 for name in "$@"; do
-    corpus=build/fuzz/corpus/$name
+    corpus=$PWD/build/fuzz/corpus/$name
     mkdir -p "$corpus" build/fuzz/found
-    LSAN_OPTIONS=suppressions=tests/support/lsan.supp xvfb-run -a "build/fuzz/bin/fuzz_$name" \
+    LSAN_OPTIONS=suppressions=$PWD/tests/support/lsan.supp xvfb-run -a "build/fuzz/bin/fuzz_$name" \
         -max_total_time="$seconds" -timeout=20 -rss_limit_mb=4096 -max_len=4096 -print_final_stats=1 \
-        -artifact_prefix="build/fuzz/found/$name-" "$corpus" "fuzz/seeds/$name" || status=1
+        -dict="$words" -artifact_prefix="$PWD/build/fuzz/found/$name-" "$corpus" "$PWD/fuzz/seeds/$name" || status=1
 done
 exit $status

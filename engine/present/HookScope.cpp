@@ -38,8 +38,9 @@ void unbindObjects()
 void putBackByHand()
 {
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
-    for (const GLenum test : {GL_BLEND, GL_SCISSOR_TEST, GL_DEPTH_TEST, GL_STENCIL_TEST, GL_ALPHA_TEST, GL_CULL_FACE,
-                              GL_COLOR_LOGIC_OP, GL_POLYGON_STIPPLE})
+    constexpr GLenum kTests[] = {GL_BLEND,      GL_SCISSOR_TEST, GL_DEPTH_TEST,     GL_STENCIL_TEST,
+                                 GL_ALPHA_TEST, GL_CULL_FACE,    GL_COLOR_LOGIC_OP, GL_POLYGON_STIPPLE};
+    for (const GLenum test : kTests)
         glDisable(test);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
 }

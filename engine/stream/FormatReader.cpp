@@ -222,7 +222,7 @@ void FormatReader::setPaused(bool paused)
 Microseconds FormatReader::position(int track, std::int64_t timeStamp) const
 {
     const AVRational timeBase = info_.tracks[static_cast<std::size_t>(track)].timeBase;
-    return Microseconds(av_rescale_q(timeStamp, timeBase, AV_TIME_BASE_Q) - start_);
+    return Microseconds(av_rescale_q(timeStamp, timeBase, av_get_time_base_q()) - start_);
 }
 
 } // namespace tide

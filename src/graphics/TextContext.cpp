@@ -73,7 +73,8 @@ GLuint uploaded(const TextImage& image)
     const GLuint texture = newTexture();
     glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
     glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
-    for (const GLenum skip : {GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS})
+    constexpr GLenum kSkips[] = {GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS};
+    for (const GLenum skip : kSkips)
         glPixelStorei(skip, 0);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA, image.width, image.height, 0, GL_ALPHA, GL_UNSIGNED_BYTE,

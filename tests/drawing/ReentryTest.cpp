@@ -1,5 +1,6 @@
 #include "src/LayoutDetail.h"
 #include "tests/drawing/DrawingWall.h"
+#include "tests/support/Functions.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -8,30 +9,12 @@
 #include <functional>
 #include <map>
 #include <thread>
-#include <variant>
 
 namespace {
 
+using functions::Function;
 using wall::DrawingTest;
 using wall::json;
-
-struct Function
-{
-    const char* name;
-    bool onMainThread; // touches widgets on the caller's thread
-    std::variant<QJsonDocument* (*)(QWidget*, const QJsonDocument*), QJsonDocument* (*)(QWidget*),
-                 QJsonDocument* (*)(const QJsonDocument*), QJsonDocument* (*)()>
-        address;
-};
-
-const bool Queued = false, Unmoved = false, Direct = true, DirectThenQueued = false;
-const Function functions[] = {
-#define LUMEN_DECK_WD(name, route) {#name, route, name},
-#define LUMEN_DECK_W(name, route) {#name, route, name},
-#define LUMEN_DECK_D(name, route) {#name, false, name},
-#define LUMEN_DECK_N(name, route) {#name, route, name},
-#include "include/lumen_deck/functions.def"
-};
 
 // Enough for most functions to do what they do.
 const QJsonDocument& request()
@@ -41,28 +24,6 @@ const QJsonDocument& request()
             "enable":true,"drawType":"Rect","drawInfo":{},"direction":2,"speed":3,"step":3,"id":1,"uuid":"u","audioType":0,
             "width":704,"height":576,"startTime":"","stopTime":"","windows":[{"width":1,"height":1},{"wndIndex":1}]})");
     return document;
-}
-
-QJsonDocument* call(const Function& function, QWidget* wall)
-{
-    struct Caller
-    {
-        QWidget* wall;
-        QJsonDocument* operator()(QJsonDocument* (*f)(QWidget*, const QJsonDocument*)) const
-        {
-            return f(wall, &request());
-        }
-        QJsonDocument* operator()(QJsonDocument* (*f)(QWidget*)) const { return f(wall); }
-        QJsonDocument* operator()(QJsonDocument* (*f)(const QJsonDocument*)) const { return f(&request()); }
-        QJsonDocument* operator()(QJsonDocument* (*f)()) const { return f(); }
-    };
-    return std::visit(Caller{wall}, function.address);
-}
-
-// Starts the desktop's file manager.
-bool leavesTheProcess(const Function& function)
-{
-    return std::string(function.name) == "LD_OpenDirectory";
 }
 
 // While the main loop runs.
@@ -137,8 +98,8 @@ TEST_F(Reentry, everyFunctionMayBeCalledInEveryEvent)
             if (const auto action = std::exchange(inEvent, nullptr))
                 action();
         });
-        for (const Function& function : functions) {
-            if (leavesTheProcess(function) || (type == LD_EVENT_STREAM && function.onMainThread))
+        for (const Function& function : functions::all()) {
+            if (type == LD_EVENT_STREAM && function.onMainThread)
                 continue;
             SCOPED_TRACE(testing::Message() << function.name << " in event " << type);
             remakeMain();
@@ -149,7 +110,7 @@ TEST_F(Reentry, everyFunctionMayBeCalledInEveryEvent)
             bool called = false;
             inEvent = [&, &f = function] {
                 called = true;
-                LD_Release(call(f, &main()));
+                LD_Release(f(&main(), &request()));
             };
             gesture();
             EXPECT_TRUE(called);
@@ -162,12 +123,12 @@ TEST_F(Reentry, everyFunctionMayBeCalledInEveryEvent)
 TEST_F(Reentry, everyFunctionReturnsOnAForeignThread)
 {
     const journal::Tolerated oneDocumentForAll;
-    for (const Function& function : functions) {
-        if (function.onMainThread || leavesTheProcess(function))
+    for (const Function& function : functions::all()) {
+        if (function.onMainThread)
             continue;
         QElapsedTimer clock;
         clock.start();
-        onAnotherThread([&] { LD_Release(call(function, &main())); });
+        onAnotherThread([&] { LD_Release(function(&main(), &request())); });
         EXPECT_LT(clock.elapsed(), 2000) << function.name;
     }
 }

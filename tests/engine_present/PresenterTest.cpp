@@ -381,7 +381,8 @@ TEST_F(PresenterTest, ErrorsOfOtherConnectionsGoToTheirHandler)
     static std::atomic<int> errors{0};
     const Window window = screen_.window(20, 20);
     auto source = show(1, window, red());
-    ASSERT_TRUE(screen_.shows(window, 10, 10, kRed)); // the driver sets a handler of its own while it makes a surface
+    // Each surface has to stand first: while the driver makes one it has a handler of its own.
+    ASSERT_TRUE(screen_.shows(window, 10, 10, kRed));
     const XErrorHandler engines = XSetErrorHandler(nullptr);
     XSetErrorHandler([](Display*, XErrorEvent*) {
         ++errors;
@@ -390,6 +391,7 @@ TEST_F(PresenterTest, ErrorsOfOtherConnectionsGoToTheirHandler)
     EXPECT_NE(engines, nullptr);
     const Window another = screen_.window(20, 20);
     EXPECT_TRUE(presenter_.add(2, another, source)) << "which puts the guard back over the host's handler";
+    ASSERT_TRUE(screen_.shows(another, 10, 10, kRed));
     screen_.destroy(another);
     screen_.destroy(window);
     EXPECT_EQ(errors, 0);

@@ -1,3 +1,4 @@
+#include "tests/support/Functions.h"
 #include "tests/support/Wall.h"
 
 #include <QJsonArray>
@@ -8,16 +9,6 @@
 using namespace wall;
 
 namespace {
-
-const std::pair<const char*, WithWidget> functions[] = {
-#define LUMEN_DECK_WD(name, route) {#name, name},
-#include "include/lumen_deck/functions.def"
-};
-
-const WithDocument services[] = {
-#define LUMEN_DECK_D(name, route) name,
-#include "include/lumen_deck/functions.def"
-};
 
 // Ten thousand cells of which the last is none.
 QByteArray manyCells()
@@ -57,7 +48,7 @@ protected:
     }
 
     // An error changes nothing; everything else is a success that the function's leniency allows.
-    void expectErrorOrNothing(const char* name, WithWidget function, const QByteArray& document)
+    void expectErrorOrNothing(std::string_view name, WithWidget function, const QByteArray& document)
     {
         const QJsonArray before = state();
         if (ask(function, document).object.contains("errorCode")) {
@@ -69,7 +60,7 @@ protected:
 
 TEST_F(BadDocumentsTest, whatIsNoDocumentChangesNoWindow)
 {
-    for (const auto& [name, function] : functions) {
+    for (const auto& [name, function] : functions::of<WithWidget>()) {
         take(function(&main(), nullptr));
         ask(function, "");
         ask(function, "[[[1]]]");
@@ -83,7 +74,7 @@ TEST_F(BadDocumentsTest, functionsOfAWindow)
                           "https",    "fileName", "packageType", "params",    "type",           "mode",
                           "width",    "windows",  "custom",      "rectInfo",  "drawInfo"};
     const QByteArray others = R"({"wndIndex":9,"url":"","auth":"","fileName":"f","startTime":"","type":9,")";
-    for (const auto& [name, function] : functions) {
+    for (const auto& [name, function] : functions::of<WithWidget>()) {
         ask(LD_ArrangeWindow, R"({"type":2})"); // an empty list is a layout of no windows
         expectErrorOrNothing(name, function, R"({"wndIndex":0})");
         for (const QByteArray& value : values_) {
@@ -105,10 +96,8 @@ TEST_F(BadDocumentsTest, functionsWithoutAWindow)
                 ask(service, QByteArray("{\"") + key + "\":" + value + "}");
         }
     };
-    for (const WithDocument service : services) {
-        if (service != LD_OpenDirectory) // would start the desktop's file manager
-            std::thread(callAll, service).join();
-    }
+    for (const auto& [name, service] : functions::of<WithDocument>())
+        std::thread(callAll, service).join();
     EXPECT_FALSE(LocalInfo().GetLocalInfo("recordPath").isEmpty()) << "the settings can still be read";
 }
 

@@ -1,4 +1,5 @@
 #include "include/lumen_deck/lumen_deck.h"
+#include "tests/support/Functions.h"
 #include "tests/support/Wall.h"
 
 #include <QLoggingCategory>
@@ -16,16 +17,6 @@ const std::set<std::string> allNames = {
 #define LUMEN_DECK_D(name, route) #name,
 #define LUMEN_DECK_N(name, route) #name,
 #define LUMEN_DECK_OWN(name, route) #name,
-#include "include/lumen_deck/functions.def"
-};
-
-const std::pair<const char*, wall::WithWidget> withDocument[] = {
-#define LUMEN_DECK_WD(name, route) {#name, &name},
-#include "include/lumen_deck/functions.def"
-};
-
-const std::pair<const char*, QJsonDocument* (*)(QWidget*)> withWidget[] = {
-#define LUMEN_DECK_W(name, route) {#name, &name},
 #include "include/lumen_deck/functions.def"
 };
 
@@ -47,9 +38,9 @@ TEST(Export, LibraryShowsTheListedFunctionsAndNoOther)
 TEST(Export, NoMainWindowIsAnsweredWithAnError)
 {
     const QJsonDocument request = wall::json("{}");
-    for (const auto& [name, function] : withDocument)
+    for (const auto& [name, function] : functions::of<functions::WithBoth>())
         EXPECT_EQ(wall::take(function(nullptr, &request)).code(), 502) << name;
-    for (const auto& [name, function] : withWidget)
+    for (const auto& [name, function] : functions::of<functions::WithWidget>())
         EXPECT_EQ(wall::take(function(nullptr)).code(), 502) << name;
     LD_Release(nullptr);
     LD_HideWindow(nullptr, 0);

@@ -2,6 +2,7 @@
 #include "tests/double/EngineDouble.h"
 #include "tests/local/Dialogs.h"
 #include "tests/local/LocalFiles.h"
+#include "tests/support/Functions.h"
 
 #include <QDate>
 #include <QJsonArray>
@@ -281,10 +282,6 @@ TEST_F(ServicesTest, upgradeHasOneSlot)
 TEST_F(ServicesTest, anyThreadMayCallWithAnyRequest)
 {
     const journal::Tolerated wrongTypes;
-    const Operation operations[] = {
-#define LUMEN_DECK_D(name, route) name,
-#include "include/lumen_deck/functions.def"
-    };
     const QString longName(10000, 'n');
     const QJsonObject wild[] = {
         {},
@@ -295,9 +292,7 @@ TEST_F(ServicesTest, anyThreadMayCallWithAnyRequest)
     for (int index = 0; index < 4; ++index) {
         threads.emplace_back([&] {
             for (const QJsonObject& request : wild) {
-                for (const Operation operation : operations) {
-                    if (operation == LD_OpenDirectory) // would start the desktop's file manager
-                        continue;
+                for (const auto& [name, operation] : functions::of<Operation>()) {
                     call(operation, request);
                     LD_Release(operation(nullptr));
                 }

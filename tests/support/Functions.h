@@ -1,0 +1,70 @@
+#pragma once
+
+#include "include/lumen_deck/lumen_deck.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+// The exported functions as data, for what is done with each of them.
+namespace functions {
+
+using WithBoth = QJsonDocument* (*)(QWidget*, const QJsonDocument*);
+using WithWidget = QJsonDocument* (*)(QWidget*);
+using WithDocument = QJsonDocument* (*)(const QJsonDocument*);
+using WithNothing = QJsonDocument* (*)();
+
+struct Function
+{
+    std::string_view name;
+    bool onMainThread; // touches widgets on the caller's thread
+    std::variant<WithBoth, WithWidget, WithDocument, WithNothing> address;
+
+    QJsonDocument* operator()(QWidget* wall, const QJsonDocument* request) const
+    {
+        struct Caller
+        {
+            QWidget* wall;
+            const QJsonDocument* request;
+            QJsonDocument* operator()(WithBoth f) const { return f(wall, request); }
+            QJsonDocument* operator()(WithWidget f) const { return f(wall); }
+            QJsonDocument* operator()(WithDocument f) const { return f(request); }
+            QJsonDocument* operator()(WithNothing f) const { return f(); }
+        };
+        return std::visit(Caller{wall, request}, address);
+    }
+};
+
+// All but those with a signature of their own, and LD_OpenDirectory, which would start the desktop's file manager.
+inline const std::vector<Function>& all()
+{
+    static const std::vector<Function> list = [] {
+        enum Route { Queued = 0, Unmoved = 0, DirectThenQueued = 0, Direct = 1 };
+        std::vector<Function> functions{
+#define LUMEN_DECK_WD(name, route) {#name, (route) != 0, name},
+#define LUMEN_DECK_W(name, route) {#name, (route) != 0, name},
+#define LUMEN_DECK_D(name, route) {#name, false, name},
+#define LUMEN_DECK_N(name, route) {#name, (route) != 0, name},
+#include "include/lumen_deck/functions.def"
+        };
+        functions.erase(std::find_if(functions.begin(), functions.end(),
+                                     [](const Function& one) { return one.name == "LD_OpenDirectory"; }));
+        return functions;
+    }();
+    return list;
+}
+
+// Those of one signature.
+template <class Signature> std::vector<std::pair<std::string_view, Signature>> of()
+{
+    std::vector<std::pair<std::string_view, Signature>> chosen;
+    for (const Function& function : all()) {
+        if (const auto* const address = std::get_if<Signature>(&function.address))
+            chosen.emplace_back(function.name, *address);
+    }
+    return chosen;
+}
+
+} // namespace functions
