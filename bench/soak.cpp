@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QHBoxLayout>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
@@ -104,15 +105,16 @@ public:
     explicit Soak(int dwell)
         : dwell_(dwell)
     {
-        wall_.resize(640, 480);
+        frame_.setFixedSize(640, 480); // an arrangement makes a wall by itself a pixel wider
+        (new QHBoxLayout(&frame_))->addWidget(&wall_);
         LD_Release(LD_Initialize(&wall_));
-        wall_.show();
+        frame_.show();
     }
 
     void cycle(int number)
     {
         ask(LD_ArrangeWindow, number % 2 ? R"({"type":2})" : R"({"type":1})");
-        ask(LD_Play, R"({"wndIndex":0,"url":"test:pattern?size=320x240&fps=25","auth":""})");
+        ask(LD_Play, R"({"wndIndex":0,"url":"test:pattern?size=320x240&rate=25","auth":""})");
         ask(LD_SetRectInfo, R"({"rectInfo":[{"points":[[0.1,0.1],[0.4,0.1],[0.4,0.4],[0.1,0.4]],"id":1}]})");
         ask(LD_SetTextOverlay, R"({"textInfo":[{"text":"cycle","x":0.1,"y":0.1,"id":2}]})");
         wait(dwell_);
@@ -127,10 +129,14 @@ private:
     void ask(QJsonDocument* (*function)(QWidget*, const QJsonDocument*), const char* request)
     {
         const QJsonDocument document = QJsonDocument::fromJson(request);
-        LD_Release(function(&wall_, &document));
+        QJsonDocument* const answer = function(&wall_, &document);
+        if (answer != nullptr && answer->object()["errorCode"].toInt() != 0)
+            qFatal("%s: %s", request, answer->toJson().constData()); // a cycle that does not play tells nothing
+        LD_Release(answer);
     }
 
-    QWidget wall_;
+    QWidget frame_;
+    QWidget& wall_ = *new QWidget(&frame_);
     int dwell_;
 };
 
