@@ -39,6 +39,11 @@ bool Operator::isPlaying(int cell) const
     return LD_IsWindowPlaying(deck_.wall(), cell);
 }
 
+int Operator::grid() const
+{
+    return !fisheye_.corrects() && deck_.cells().count() == grid_ * grid_ ? grid_ : 0;
+}
+
 // Leaves the views of a round picture; its stream is then shown as it is.
 void Operator::setGrid(int side)
 {

@@ -25,7 +25,7 @@ public:
     Transfers& transfers() { return transfers_; }
     CellState current() const { return deck_.cells().state(deck_.selected()); }
     bool isPlaying(int cell) const;
-    int grid() const { return fisheye_.corrects() ? 0 : grid_; } // 0: views of a round picture
+    int grid() const; // the side; 0: views of a round picture, or what a program has arranged
     bool dragable() const { return dragable_; }
     int enlarged() const { return enlarged_; } // -1: none
 

@@ -65,6 +65,7 @@ MainWindow::~MainWindow()
 
 void MainWindow::setTagsShown(bool shown)
 {
+    names_->setChecked(shown);
     tags_->setShown(shown);
 }
 
@@ -138,14 +139,14 @@ void MainWindow::addViewActions(QToolBar& bar)
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     bar.addWidget(space);
 
-    QAction* names = makeAction(this, "names", "Names on the windows", "T");
-    names->setCheckable(true);
-    names->setChecked(tags_->shown());
-    connect(names, &QAction::toggled, this, &MainWindow::setTagsShown);
+    names_ = makeAction(this, "names", "Names on the windows", "T");
+    names_->setCheckable(true);
+    names_->setChecked(tags_->shown());
+    connect(names_, &QAction::toggled, this, &MainWindow::setTagsShown);
     fullScreen_ = makeAction(this, "full-screen", "Full screen", "F11 F");
     fullScreen_->setCheckable(true);
     connect(fullScreen_, &QAction::toggled, this, &MainWindow::setFullScreen);
-    bar.addActions({names, fullScreen_});
+    bar.addActions({names_, fullScreen_});
 }
 
 void MainWindow::addPanels(QToolBar& bar)

@@ -65,6 +65,7 @@ private:
     QLabel* speed_ = nullptr;
     QSlider* volume_ = nullptr;
     QComboBox* ratio_ = nullptr;
+    QAction* names_ = nullptr;
     QAction* fullScreen_ = nullptr;
     QAction* showEvents_ = nullptr;
     QTimer poll_;
