@@ -8,7 +8,7 @@ PACKAGES=(
     qtbase5-dev libqt5svg5-dev libfreetype-dev libgl-dev libglx-dev libx11-dev
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev
     libasound2-dev libcurl4-openssl-dev libssl-dev libcli11-dev
-    libgtest-dev libgmock-dev python3 python3-jsonschema
+    libgtest-dev libgmock-dev python3 python3-jsonschema abigail-tools
     ffmpeg fonts-unifont fonts-dejavu-core libgl1-mesa-dri xvfb xauth x11-utils xdotool
     libgstrtspserver-1.0-dev gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
     gstreamer1.0-libav
