@@ -11,6 +11,7 @@
 #include <QLoggingCategory>
 #include <QTimer>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -20,7 +21,7 @@ using namespace quillmark::lumen_wall;
 
 namespace {
 
-constexpr int kPatienceMs = 2000;
+constexpr std::chrono::milliseconds kPatience(2000);
 
 bool hasDisplay()
 {
@@ -84,7 +85,7 @@ std::unique_ptr<ControlChannel> openControl(MainWindow& window)
 // A server that does not answer keeps the program for a moment only: recordings are ended, and nobody is waited for.
 void leaveWithoutServers(Deck& deck, int code)
 {
-    if (deck.settle(kPatienceMs))
+    if (deck.settle(kPatience))
         return;
     deck.call("LD_StopRealPlayAll");
     std::_Exit(code);

@@ -3,7 +3,7 @@
 #include "host/control/LineReader.h"
 #include "host/control/LineWriter.h"
 #include "host/control/Request.h"
-#include "host/control/WorkerPool.h"
+#include "host/wall/WorkerPool.h"
 #include "host/wall/Deck.h"
 
 #include <QObject>

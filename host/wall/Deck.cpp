@@ -9,25 +9,18 @@
 
 namespace quillmark::lumen_wall {
 
-namespace {
-
-constexpr int kAtATime = 16; // calls that wait for servers
-
-} // namespace
-
 Deck::Deck(QWidget* wall)
     : wall_(wall)
     , cells_(wall)
 {
     connect(&events_, &EventHub::happened, this, &Deck::onEvent);
     connect(&cells_, &CellBook::layoutChanged, this, [this] { select(0); });
-    apart_.setMaxThreadCount(kAtATime);
 }
 
 // The calls of the end are told to nobody: who looked at the wall may be half gone.
 Deck::~Deck()
 {
-    apart_.waitForDone();
+    apart_.reset();
     blockSignals(true);
     cells_.blockSignals(true);
     events_.blockSignals(true);
@@ -42,9 +35,7 @@ Reply Deck::invoke(const Function& function, const QJsonDocument& args)
     if (QThread::currentThread() == thread())
         note(name, args.object(), reply.result);
     else
-        QMetaObject::invokeMethod(
-            this, [this, name, object = args.object(), result = reply.result] { note(name, object, result); },
-            Qt::QueuedConnection);
+        later([this, name, object = args.object(), result = reply.result] { note(name, object, result); });
     return reply;
 }
 
@@ -66,16 +57,31 @@ QJsonValue Deck::call(const char* function, const QJsonObject& args)
 void Deck::askApart(const char* function, const QJsonObject& args, QObject* receiver,
                     std::function<void(const QJsonValue&)> then)
 {
-    apart_.start([this, function, args, guard = QPointer<QObject>(receiver), then = std::move(then)] {
-        const QJsonValue answer = ask(function, args);
-        QMetaObject::invokeMethod(
-            this,
-            [=] {
-                if (guard)
-                    then(answer);
-            },
-            Qt::QueuedConnection);
+    apart_->run([this, function, args, guard = QPointer<QObject>(receiver), then = std::move(then)] {
+        later([guard, then, answer = ask(function, args)] {
+            if (guard)
+                then(answer);
+        });
     });
+}
+
+void Deck::later(std::function<void()> action)
+{
+    const std::lock_guard guard(lock_);
+    later_.push_back(std::move(action));
+    if (later_.size() == 1)
+        QMetaObject::invokeMethod(this, &Deck::runLater, Qt::QueuedConnection);
+}
+
+void Deck::runLater()
+{
+    std::vector<std::function<void()>> actions;
+    {
+        const std::lock_guard guard(lock_);
+        actions.swap(later_);
+    }
+    for (const auto& action : actions)
+        action();
 }
 
 void Deck::note(const QString& function, const QJsonObject& args, const QJsonValue& result)

@@ -3,12 +3,15 @@
 #include "host/wall/CallTable.h"
 #include "host/wall/CellBook.h"
 #include "host/wall/EventHub.h"
+#include "host/wall/WorkerPool.h"
 
 #include <QJsonObject>
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
+#include <mutex>
+#include <optional>
+#include <vector>
 
 namespace quillmark::lumen_wall {
 
@@ -34,7 +37,7 @@ public:
     // there.
     void askApart(const char* function, const QJsonObject& args, QObject* receiver,
                   std::function<void(const QJsonValue&)> then);
-    bool settle(int milliseconds) { return apart_.waitForDone(milliseconds); } // false: some still wait
+    bool settle(std::chrono::milliseconds limit) { return apart_->waitForDone(limit); } // false: some still wait
 
     QWidget* wall() const { return wall_; }
     EventHub& events() { return events_; }
@@ -46,6 +49,10 @@ signals:
     void failed(const QString& message);
 
 private:
+    static constexpr size_t kAtATime = 16; // calls that wait for servers
+
+    void later(std::function<void()> action); // on the main thread
+    void runLater();
     void note(const QString& function, const QJsonObject& args, const QJsonValue& result);
     void onEvent(int type, const QJsonObject& document);
     void select(int index);
@@ -54,7 +61,9 @@ private:
     EventHub events_;
     CellBook cells_;
     int selected_ = 0;
-    QThreadPool apart_;
+    std::mutex lock_;
+    std::vector<std::function<void()>> later_; // guarded by lock_
+    std::optional<WorkerPool> apart_{std::in_place, kAtATime};
 };
 
 // The form in which the library takes a log-in.

@@ -1,6 +1,6 @@
 #include "host/control/LineReader.h"
 #include "host/control/LineWriter.h"
-#include "host/control/WorkerPool.h"
+#include "host/wall/WorkerPool.h"
 
 #include <QElapsedTimer>
 #include <QJsonDocument>

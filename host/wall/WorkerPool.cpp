@@ -1,4 +1,4 @@
-#include "host/control/WorkerPool.h"
+#include "host/wall/WorkerPool.h"
 
 #include <utility>
 
@@ -30,11 +30,19 @@ void WorkerPool::run(std::function<void()> job)
         changed_.notify_one();
 }
 
+bool WorkerPool::waitForDone(std::chrono::milliseconds limit)
+{
+    std::unique_lock guard(lock_);
+    return done_.wait_for(guard, limit, [this] { return jobs_.empty() && idle_ == threads_.size(); });
+}
+
 void WorkerPool::work()
 {
     std::unique_lock guard(lock_);
     for (;;) {
         ++idle_;
+        if (jobs_.empty())
+            done_.notify_all();
         changed_.wait(guard, [this] { return ending_ || !jobs_.empty(); });
         --idle_;
         if (jobs_.empty())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -19,6 +20,7 @@ public:
     WorkerPool& operator=(const WorkerPool&) = delete;
 
     void run(std::function<void()> job);
+    bool waitForDone(std::chrono::milliseconds limit); // false: some still run
 
 private:
     void work();
@@ -26,6 +28,7 @@ private:
     const size_t limit_;
     std::mutex lock_; // guards what follows
     std::condition_variable changed_;
+    std::condition_variable done_;
     std::deque<std::function<void()>> jobs_;
     size_t idle_ = 0;
     bool ending_ = false;
