@@ -1,8 +1,8 @@
+#include "tests/support/Functions.h"
+
 #include <QApplication>
 #include <QLoggingCategory>
 #include <QTemporaryDir>
-#include <QTimer>
-#include <QWidget>
 
 // Once, before the first wall.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
@@ -12,11 +12,6 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QLoggingCategory::setFilterRules("*.debug=false\n*.info=false\n*.warning=false");
     static QApplication application(*argc, *argv);
-    static QTimer nobody; // who closes every dialog
-    QObject::connect(&nobody, &QTimer::timeout, [] {
-        if (QWidget* const dialog = QApplication::activeModalWidget())
-            dialog->close();
-    });
-    nobody.start(1);
+    static const functions::Nobody nobody;
     return 0;
 }

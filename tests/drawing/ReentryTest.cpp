@@ -3,7 +3,6 @@
 #include "tests/support/Functions.h"
 
 #include <QElapsedTimer>
-#include <QTimer>
 
 #include <atomic>
 #include <functional>
@@ -14,17 +13,6 @@ namespace {
 
 using functions::Function;
 using wall::DrawingTest;
-using wall::json;
-
-// Enough for most functions to do what they do.
-const QJsonDocument& request()
-{
-    static const QJsonDocument document = json(
-        R"({"wndIndex":0,"index":0,"url":"rtsp://camera/channels/1","auth":"a:b","fileName":"f","type":1,"mode":1,"volume":5,
-            "enable":true,"drawType":"Rect","drawInfo":{},"direction":2,"speed":3,"step":3,"id":1,"uuid":"u","audioType":0,
-            "width":704,"height":576,"startTime":"","stopTime":"","windows":[{"width":1,"height":1},{"wndIndex":1}]})");
-    return document;
-}
 
 // While the main loop runs.
 void onAnotherThread(const std::function<void()>& action)
@@ -42,16 +30,6 @@ void onAnotherThread(const std::function<void()>& action)
 class Reentry : public DrawingTest
 {
 protected:
-    void SetUp() override
-    {
-        DrawingTest::SetUp();
-        QObject::connect(&nobody_, &QTimer::timeout, [] {
-            if (QWidget* const dialog = QApplication::activeModalWidget())
-                dialog->close();
-        });
-        nobody_.start(20);
-    }
-
     // What makes each event come.
     std::map<LD_EventType, std::function<void()>> gestures()
     {
@@ -86,7 +64,7 @@ protected:
     }
 
 private:
-    QTimer nobody_; // who closes every dialog
+    const functions::Nobody nobody_;
 };
 
 TEST_F(Reentry, everyFunctionMayBeCalledInEveryEvent)
@@ -110,7 +88,7 @@ TEST_F(Reentry, everyFunctionMayBeCalledInEveryEvent)
             bool called = false;
             inEvent = [&, &f = function] {
                 called = true;
-                LD_Release(f(&main(), &request()));
+                LD_Release(f(&main(), &functions::request()));
             };
             gesture();
             EXPECT_TRUE(called);
@@ -128,7 +106,7 @@ TEST_F(Reentry, everyFunctionReturnsOnAForeignThread)
             continue;
         QElapsedTimer clock;
         clock.start();
-        onAnotherThread([&] { LD_Release(function(&main(), &request())); });
+        onAnotherThread([&] { LD_Release(function(&main(), &functions::request())); });
         EXPECT_LT(clock.elapsed(), 2000) << function.name;
     }
 }

@@ -1,3 +1,4 @@
+#include "tests/support/Functions.h"
 #include "tests/support/Wall.h"
 
 #include <algorithm>
@@ -70,6 +71,8 @@ protected:
             stop,
         };
     }
+
+    void callEverything(bool round, int failing);
 
     int status() { return player() ? player()->playStatus() : Player::Stopped; }
 
@@ -154,6 +157,51 @@ TEST_F(FaultTest, everyEngineCallFailsInTurn)
         prepare();
         play(nth);
         EXPECT_TRUE(engine_double::livePlays().empty()) << "no stream is left behind";
+    }
+}
+
+// Every function in turn, on a wall that plays, as it is or in views of a round picture.
+void FaultTest::callEverything(bool round, int failing)
+{
+    prepare();
+    engine_double::failCall(failing);
+    for (const functions::Function& function : functions::all()) {
+        if (round && !std::holds_alternative<functions::WithBoth>(function.address))
+            continue; // knows of no window
+        if (!LD_IsWindowPlaying(&main(), 0)) {
+            if (round) {
+                ask(LD_SetCorrectionType, R"({"type":1})");
+                ask(LD_ArrangeFECWindow, R"({"type":3})");
+            }
+            ask(LD_Play, R"({"wndIndex":0,"auth":"a:b","url":"rtsp://camera/channels/1"})");
+        }
+        take(function(&main(), &functions::request()));
+    }
+    LD_HideWindow(&main(), 0);
+    LD_ShowWindow(&main(), 0);
+    LD_WndResolutionChange(&main());
+    engine_double::failCall(0);
+}
+
+TEST_F(FaultTest, noFailureOfTheEngineStopsAnyFunctionForGood)
+{
+    const journal::Tolerated oneDocumentForAll;
+    const functions::Nobody nobody;
+    for (const bool round : {false, true}) {
+        callEverything(round, 0);
+        const std::size_t count = calls().size();
+        for (std::size_t nth = 1; nth <= count; ++nth) {
+            SCOPED_TRACE(testing::Message() << nth << (round ? " round" : ""));
+            callEverything(round, static_cast<int>(nth));
+            take(LD_StopRealPlayAll(&main()));
+            ask(LD_SetCorrectionType, R"({"type":0})");
+            arrange(R"({"type":2})");
+            WallTest::play();
+            EXPECT_TRUE(ask(LD_StartSave, R"({"wndIndex":0,"fileName":"f"})").null);
+            EXPECT_TRUE(ask(LD_StopSave).null);
+            take(LD_StopRealPlayAll(&main()));
+            EXPECT_TRUE(engine_double::livePlays().empty()) << "no stream is left behind";
+        }
     }
 }
 

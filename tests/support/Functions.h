@@ -2,6 +2,11 @@
 
 #include "include/lumen_deck/lumen_deck.h"
 
+#include <QApplication>
+#include <QJsonDocument>
+#include <QTimer>
+#include <QWidget>
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -66,5 +71,32 @@ template <class Signature> std::vector<std::pair<std::string_view, Signature>> o
     }
     return chosen;
 }
+
+// Enough for most functions to do what they do.
+inline const QJsonDocument& request()
+{
+    static const QJsonDocument document = QJsonDocument::fromJson(
+        R"({"wndIndex":0,"index":0,"url":"rtsp://camera/channels/1","auth":"a:b","fileName":"f","type":1,"mode":1,"volume":5,
+            "enable":true,"drawType":"Rect","drawInfo":{},"direction":2,"speed":3,"step":3,"id":1,"uuid":"u","audioType":0,
+            "width":704,"height":576,"startTime":"","stopTime":"","windows":[{"width":1,"height":1},{"wndIndex":1}]})");
+    return document;
+}
+
+// Who closes every dialog.
+class Nobody
+{
+public:
+    Nobody()
+    {
+        QObject::connect(&often_, &QTimer::timeout, [] {
+            if (QWidget* const dialog = QApplication::activeModalWidget())
+                dialog->close();
+        });
+        often_.start(1);
+    }
+
+private:
+    QTimer often_;
+};
 
 } // namespace functions
