@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QUrl>
+#include <lumen_deck/lumen_deck.h>
 
 #include <cmath>
 #include <iostream>
@@ -136,6 +137,7 @@ CommandLine parseCommandLine(int argc, char** argv)
     Raw raw;
     CLI::App app{"lumen-wall: a wall of live and recorded video"};
     app.get_formatter()->column_width(30);
+    app.set_version_flag("--version", "lumen-wall " LUMEN_DECK_VERSION);
     app.footer("\nExamples:\n"
                "  lumen-wall film.mp4\n"
                "  lumen-wall --sound 1 rtsp://camera-1/stream rtsp://camera-2/stream yard.mp4\n"
