@@ -3,15 +3,12 @@
 //     record_bench [--windows 16] [--pairs 5] [--seconds 8]
 
 #include "bench/wall/BenchWall.h"
-#include "bench/wall/Figures.h"
+#include "bench/wall/Measure.h"
+#include "bench/wall/Program.h"
 #include "include/lumen_deck/lumen_deck.h"
 
-#include <QApplication>
-#include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QJsonDocument>
-#include <QLoggingCategory>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <atomic>
@@ -24,6 +21,7 @@ namespace {
 using bench::BenchWall;
 
 constexpr int kFramesPerSecond = 25;
+constexpr double kStart = 3; // seconds, every stream has started by then
 
 double median(std::vector<double> values)
 {
@@ -36,6 +34,7 @@ bool measureRecording(int windows, int pairs, double seconds)
 {
     BenchWall wall(windows, {1920, 1080});
     wall.play(bench::clip(kFramesPerSecond));
+    bench::runFor(kStart);
     std::vector<double> playing;
     std::vector<double> recording;
     std::vector<double> ratios;
@@ -94,6 +93,7 @@ void measureSnapshots(double seconds)
 {
     BenchWall wall(1, {1280, 720});
     wall.play(bench::clip(kFramesPerSecond, {1920, 1080}));
+    bench::runFor(kStart);
     print("1080p, playing", gaps(wall, seconds, [] {}));
     print("1080p, two snapshots a second", gaps(wall, seconds, [&wall, number = 0]() mutable {
               wall.forEach("LD_Snapshot", LD_Snapshot, {{"fileName", QString("picture %1").arg(++number)}});
@@ -104,20 +104,11 @@ void measureSnapshots(double seconds)
 
 int main(int argc, char** argv)
 {
-    // The library keeps its files where PWD points.
-    const QTemporaryDir root;
-    qputenv("PWD", root.path().toLocal8Bit());
-    QLoggingCategory::setFilterRules("*.debug=false");
-    QApplication application(argc, argv);
-
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    parser.addOptions({{"windows", "that record", "n", "16"},
-                       {"pairs", "of playing and recording", "n", "5"},
-                       {"seconds", "of each measurement", "n", "8"}});
-    parser.process(application);
-    const double seconds = parser.value("seconds").toDouble();
-    const bool reached = measureRecording(parser.value("windows").toInt(), parser.value("pairs").toInt(), seconds);
-    measureSnapshots(seconds);
+    const bench::Program program(argc, argv,
+                                 {{"windows", "that record", "n", "16"},
+                                  {"pairs", "of playing and recording", "n", "5"},
+                                  {"seconds", "of each measurement", "n", "8"}});
+    const bool reached = measureRecording(program.integer("windows"), program.integer("pairs"), program.seconds());
+    measureSnapshots(program.seconds());
     return reached ? 0 : 1;
 }

@@ -1,19 +1,18 @@
 // Plays, draws, arranges, records and stops, over and over, and prints what the process holds. What grows with the cycles
 // is a leak.
 //
-//     soak_double [CYCLES]      on the engine double, 100000 cycles if left out
-//     soak_engine [CYCLES]      on the real engine, 2000 cycles if left out
+//     soak_double [--cycles 100000]      on the engine double
+//     soak_engine [--cycles 2000]        on the real engine
 
+#include "bench/wall/Figures.h"
+#include "bench/wall/Program.h"
 #include "include/lumen_deck/lumen_deck.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QHBoxLayout>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLoggingCategory>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QWidget>
 
@@ -21,9 +20,6 @@
 #include <X11/extensions/XRes.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <string>
 #include <vector>
 
 #ifdef LUMEN_SOAK_DOUBLE
@@ -40,16 +36,6 @@ struct Held
     double files = 0;
     double xResources = 0;
 };
-
-double statusValue(const std::string& key)
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.rfind(key, 0) == 0)
-            return std::atof(line.c_str() + key.size());
-    }
-    return 0;
-}
 
 // Of all clients of the server: the engine has a connection of its own.
 double xResources(Display* display)
@@ -72,7 +58,7 @@ double xResources(Display* display)
 
 Held held(Display* display)
 {
-    return {statusValue("VmRSS:") / 1024, statusValue("Threads:"),
+    return {bench::residentMegabytes(), static_cast<double>(bench::threadCount()),
             static_cast<double>(QDir("/proc/self/fd").entryList(QDir::Files | QDir::System).size()),
             xResources(display)};
 }
@@ -151,19 +137,16 @@ void print(int cycle, const Held& held)
 
 int main(int argc, char** argv)
 {
-    // The library keeps its files where PWD points.
-    const QTemporaryDir root;
-    qputenv("PWD", root.path().toLocal8Bit());
-    QLoggingCategory::setFilterRules("*.debug=false");
-    QApplication application(argc, argv);
-    Display* const display = XOpenDisplay(nullptr);
 #ifdef LUMEN_SOAK_DOUBLE
-    const int dwell = 0;
-    const int cycles = argc > 1 ? std::atoi(argv[1]) : 100'000;
+    constexpr int dwell = 0;
+    constexpr auto many = "100000";
 #else
-    const int dwell = 60; // some pictures are shown and recorded
-    const int cycles = argc > 1 ? std::atoi(argv[1]) : 2'000;
+    constexpr int dwell = 60; // some pictures are shown and recorded
+    constexpr auto many = "2000";
 #endif
+    const bench::Program program(argc, argv, {{"cycles", "of the whole", "n", many}});
+    const int cycles = program.integer("cycles");
+    Display* const display = XOpenDisplay(nullptr);
     Soak soak(dwell);
     const int step = cycles / 20 > 0 ? cycles / 20 : 1;
     std::vector<Held> samples;

@@ -1,14 +1,11 @@
 #include "bench/wall/BenchWall.h"
 
-#include "bench/wall/Figures.h"
+#include "bench/wall/Measure.h"
 #include "engine/core/Engine.h"
 #include "include/lumen_deck/lumen_deck.h"
 
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QTimer>
 
 #include <cmath>
 
@@ -65,7 +62,6 @@ void BenchWall::play(const QString& clip)
     firstId_ = tide::Engine::instance().newId();
     forEach("LD_Play", LD_Play, {{"url", clip}, {"auth", ""}});
     lastId_ = tide::Engine::instance().newId();
-    runFor(3); // every stream has started by then
 }
 
 void BenchWall::forEach(const char* name, QJsonDocument* (*function)(QWidget*, const QJsonDocument*),
@@ -81,28 +77,24 @@ void BenchWall::forEach(const char* name, QJsonDocument* (*function)(QWidget*, c
     }
 }
 
+template <class Take> void BenchWall::forEachPlay(Take take) const
+{
+    for (int id = firstId_; id <= lastId_; ++id)
+        take(tide::Engine::instance().presenter().stats(id));
+}
+
 std::uint64_t BenchWall::shown() const
 {
     std::uint64_t shown = 0;
-    for (int id = firstId_; id <= lastId_; ++id)
-        shown += tide::Engine::instance().presenter().stats(id).shown;
+    forEachPlay([&shown](const tide::PresenterStats& stats) { shown += stats.shown; });
     return shown;
 }
 
-void runFor(double seconds)
+int BenchWall::windowsWithPicture() const
 {
-    QEventLoop loop;
-    QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
-    loop.exec();
-}
-
-double processorsOver(double seconds)
-{
-    QElapsedTimer clock;
-    clock.start();
-    const double before = processCpuSeconds();
-    runFor(seconds);
-    return (processCpuSeconds() - before) * 1e9 / static_cast<double>(clock.nsecsElapsed());
+    int windows = 0;
+    forEachPlay([&windows](const tide::PresenterStats& stats) { windows += stats.shown > 0 ? 1 : 0; });
+    return windows;
 }
 
 } // namespace bench

@@ -3,7 +3,10 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
 #include <QProcess>
+
+#include <cstdio>
 
 #include <sys/resource.h>
 
@@ -33,17 +36,19 @@ QByteArray statusValue(const char* key)
 
 QJsonObject Figures::toJson() const
 {
-    return {{"cpuPerFrame", cpuPerFrame},
-            {"shownShare", shownShare},
-            {"threads", threads},
-            {"memory", memory},
-            {"hiddenShare", hiddenShare}};
+    return {{"cpuPerFrame", cpuPerFrame}, {"shownShare", shownShare},   {"threads", threads},
+            {"memory", memory},           {"hiddenShare", hiddenShare}, {"start", start}};
 }
 
 Figures Figures::fromJson(const QJsonObject& json)
 {
-    return {json["cpuPerFrame"].toDouble(), json["shownShare"].toDouble(), json["threads"].toInt(),
-            json["memory"].toDouble(), json["hiddenShare"].toDouble()};
+    return {json["cpuPerFrame"].toDouble(), json["shownShare"].toDouble(),  json["threads"].toInt(),
+            json["memory"].toDouble(),      json["hiddenShare"].toDouble(), json["start"].toDouble()};
+}
+
+void print(const Figures& figures)
+{
+    std::puts(QJsonDocument(figures.toJson()).toJson(QJsonDocument::Compact).constData());
 }
 
 double processCpuSeconds()

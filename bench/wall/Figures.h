@@ -14,10 +14,13 @@ struct Figures
     int threads = 0;
     double memory = 0;      // megabytes a window, above the wall without streams
     double hiddenShare = 0; // of its processor time, that the wall takes while it is hidden
+    double start = 0;       // seconds from the first call until every window shows a picture
 
     QJsonObject toJson() const;
     static Figures fromJson(const QJsonObject& json);
 };
+
+void print(const Figures& figures); // a line of JSON
 
 double processCpuSeconds();
 double residentMegabytes();
@@ -25,9 +28,6 @@ int threadCount();
 
 // Makes the clip unless it is there: H.264, a minute. Empty when that failed.
 QString clip(int framesPerSecond, QSize size = {704, 576});
-
-// Plays the clip in `windows` windows through the library's own interface. Needs a QApplication.
-Figures playWall(int windows, const QString& clip, int framesPerSecond, QSize wall, double seconds);
 
 // Decodes the clip on one thread and shows nothing: what no wall can do without.
 Figures decodeOnly(const QString& clip);

@@ -5,14 +5,12 @@
 //     wall_bench                      the whole table
 //     wall_bench --windows 16 --fps 25 --width 704 --height 576 --seconds 20        one wall, as JSON
 
+#include "bench/wall/BenchWall.h"
 #include "bench/wall/Figures.h"
+#include "bench/wall/Program.h"
 
-#include <QApplication>
-#include <QCommandLineParser>
 #include <QJsonDocument>
-#include <QLoggingCategory>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstdlib>
@@ -105,43 +103,23 @@ int printTable(const QString& seconds)
     return reached ? 0 : 1;
 }
 
-void print(const Figures& figures)
+int printDecoding(const QString& clip)
 {
-    std::puts(QJsonDocument(figures.toJson()).toJson(QJsonDocument::Compact).constData());
+    if (!clip.isEmpty())
+        bench::print(bench::decodeOnly(clip));
+    return clip.isEmpty() ? 1 : 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    // The library keeps its files where PWD points.
-    const QTemporaryDir root;
-    qputenv("PWD", root.path().toLocal8Bit());
-    QLoggingCategory::setFilterRules("*.debug=false");
-    QApplication application(argc, argv);
-
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    parser.addOptions({{"windows", "one wall of <n> windows", "n", "0"},
-                       {"fps", "clip with <n> frames a second: 5 or 25", "n", "25"},
-                       {"width", "of the wall", "pixels", "1920"},
-                       {"height", "of the wall", "pixels", "1080"},
-                       {"seconds", "measured for each wall", "n", "8"},
-                       {"decode", "decode the clip only"}});
-    parser.process(application);
-
-    const int framesPerSecond = parser.value("fps").toInt();
-    const int windows = parser.value("windows").toInt();
-    if (!parser.isSet("decode") && windows <= 0)
-        return printTable(parser.value("seconds"));
-    const QString path = bench::clip(framesPerSecond);
-    if (path.isEmpty())
-        return 1;
-    if (parser.isSet("decode")) {
-        print(bench::decodeOnly(path));
-        return 0;
-    }
-    const QSize wall(parser.value("width").toInt(), parser.value("height").toInt());
-    print(bench::playWall(windows, path, framesPerSecond, wall, parser.value("seconds").toDouble()));
-    return 0;
+    const bench::Program program(argc, argv,
+                                 bench::wallOptions() + QList<QCommandLineOption>{{"decode", "decode the clip only"}});
+    if (program.isSet("decode"))
+        return printDecoding(bench::clip(program.integer("fps")));
+    if (program.integer("windows") <= 0)
+        return printTable(QString::number(program.seconds()));
+    return bench::printWall(program,
+                            [](int windows, QSize size) { return std::make_unique<bench::BenchWall>(windows, size); });
 }
