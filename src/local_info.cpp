@@ -163,6 +163,12 @@ Reading readFile(const auxiliary& tools)
     return reading;
 }
 
+// What counts while the file cannot be read.
+Settings lastKnown(const auxiliary& tools)
+{
+    return shared().settings.isEmpty() ? defaultSettings(tools.GetUserHomePath()) : shared().settings;
+}
+
 // The complaint about a broken text waits until the lock is free: the host may have put its own handler behind the log.
 Reading readShared(const auxiliary& tools)
 {
@@ -172,6 +178,8 @@ Reading readShared(const auxiliary& tools)
         reading = readFile(tools);
         if (reading.isRead)
             shared().settings = reading.settings;
+        else
+            reading.settings = lastKnown(tools);
     }
     if (reading.isRead && reading.document.isNull())
         tools.getJsonDocumentFromString(reading.text);

@@ -51,6 +51,15 @@ bool makeFolder(const QString& path)
     return !path.isEmpty() && (QDir(path).exists() || QDir().mkdir(path));
 }
 
+// The folder above may be one that could not be made when the settings were.
+bool makeFolder(const QString& path, const LocalInfo& localInfo)
+{
+    if (makeFolder(path))
+        return true;
+    localInfo.CreatLocalInfoFolder();
+    return makeFolder(path);
+}
+
 // The folder that a kind of file goes to, instead of the user's download folder.
 QString fixedFolder(const QString& fileType)
 {
@@ -102,14 +111,14 @@ QJsonDocument* UpDownload::StartDownload(const QJsonDocument* document)
     const TransferRequest request(document);
     const QString configured = localInfo_.GetLocalInfo("downloadPath");
     const QString fixed = fixedFolder(request.text("fileType"));
-    if (fixed.isEmpty() && !makeFolder(configured))
+    if (fixed.isEmpty() && !makeFolder(configured, localInfo_))
         return statusAnswer(kStartDownload, kNoFolder);
     const QString day = dayFolder(fixed.isEmpty() ? configured : tools_.GetUserHomePath() + "/" + fixed);
     const QString target = targetFolder(day, request);
     const QString path = target + "/" + request.path("filename");
     if (leavesFolder(target, day) || leavesFolder(path, target))
         return downloadFailed(kRefused, "the file name leaves the folder of the day");
-    if (!makeFolder(target))
+    if (!makeFolder(target, localInfo_))
         return statusAnswer(kStartDownload, kNoFolder);
     const int id = startInEngine(request, path.toLocal8Bit());
     if (id < 0)

@@ -1,6 +1,7 @@
 #include "engine/record/DiskFile.h"
 
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 #include <fcntl.h>
@@ -13,12 +14,12 @@ namespace tide {
 namespace {
 
 // A pipe without a reader would hold us up, a device would swallow all.
-bool isOrdinary(int descriptor)
+std::optional<std::int64_t> sizeOfOrdinary(int descriptor)
 {
     struct stat about
     {
     };
-    return fstat(descriptor, &about) == 0 && S_ISREG(about.st_mode);
+    return fstat(descriptor, &about) == 0 && S_ISREG(about.st_mode) ? std::optional(about.st_size) : std::nullopt;
 }
 
 // The lock tells two recordings of one file apart; file systems without locks are taken as they are.
@@ -34,15 +35,19 @@ std::unique_ptr<DiskFile> DiskFile::create(const std::string& path)
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
     if (descriptor < 0)
         return nullptr;
-    if (isOrdinary(descriptor) && claim(descriptor) && ftruncate(descriptor, 0) == 0)
-        return std::unique_ptr<DiskFile>(new DiskFile(descriptor, path));
-    close(descriptor);
-    return nullptr;
+    const std::optional<std::int64_t> size = sizeOfOrdinary(descriptor);
+    if (!size || !claim(descriptor)) {
+        close(descriptor);
+        return nullptr;
+    }
+    std::unique_ptr<DiskFile> file(new DiskFile(descriptor, path, *size));
+    return file->cutTo(0) ? std::move(file) : nullptr;
 }
 
-DiskFile::DiskFile(int descriptor, std::string path)
+DiskFile::DiskFile(int descriptor, std::string path, std::int64_t size)
     : descriptor_(descriptor)
     , path_(std::move(path))
+    , size_(size)
 {
 }
 

@@ -15,7 +15,7 @@ public:
     // Null where the file cannot be made, is no ordinary file, or is being written by another recording.
     static std::unique_ptr<DiskFile> create(const std::string& path);
 
-    // Closes. A file to which nothing was written is taken away again, if it still has its name.
+    // Closes. A file in which there is nothing is taken away again, if it still has its name.
     ~DiskFile();
     DiskFile(const DiskFile&) = delete;
     DiskFile& operator=(const DiskFile&) = delete;
@@ -29,11 +29,11 @@ public:
     bool isDeleted() const; // its last name is gone: what is written reaches nobody
 
 private:
-    DiskFile(int descriptor, std::string path);
+    DiskFile(int descriptor, std::string path, std::int64_t size);
 
     const int descriptor_;
     const std::string path_;
-    std::int64_t size_ = 0;
+    std::int64_t size_;
 };
 
 } // namespace tide

@@ -151,7 +151,7 @@ void Mp4File::release()
     avformat_free_context(std::exchange(muxer_, nullptr));
 }
 
-// A fragment of which a part is missing would make some players give up the whole file.
+// A fragment of which a part is missing would make some players give up the whole file. A header alone is no film.
 void Mp4File::cutBroken()
 {
     if (isBroken_)
@@ -170,7 +170,7 @@ bool Mp4File::append(const std::uint8_t* data, std::size_t size, AVIODataMarkerT
     if (type == AVIO_DATA_MARKER_HEADER)
         findLengthField(data, size);
     if (isFragmentStart(type))
-        whole_ = disk_->size();
+        whole_ = std::exchange(hasFragment_, true) ? disk_->size() : 0;
     isBroken_ = disk_->isDeleted() || !disk_->write(data, size);
     return !isBroken_;
 }

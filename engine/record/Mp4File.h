@@ -18,7 +18,7 @@ public:
     using Size = std::atomic<std::int64_t>;
 
     explicit Mp4File(std::unique_ptr<DiskFile> disk);
-    ~Mp4File(); // without close() the file ends behind its last whole fragment
+    ~Mp4File(); // a file that the disk broke ends behind its last whole fragment; without one it goes
     Mp4File(const Mp4File&) = delete;
     Mp4File& operator=(const Mp4File&) = delete;
 
@@ -60,6 +60,7 @@ private:
     std::int64_t waiting_ = 0;         // bytes that the muxer holds back
     std::int64_t length_ = 0;          // milliseconds
     std::int64_t lengthField_ = 0;     // where the file tells it; 0 while unknown
+    bool hasFragment_ = false;         // one has been begun
     bool isBroken_ = false;
     const std::shared_ptr<Size> size_ = std::make_shared<Size>(0);
 };

@@ -330,7 +330,8 @@ LUMEN_DECK_API QJsonDocument* LD_Snapshot(QWidget* mainWindow, const QJsonDocume
  *     packageType  int, 2  handed to the engine
  * A file that grows past the size that the setting `packgeSize` tells (0: 256,000,000, 1: 512,000,000, else
  * 1,000,000,000 bytes) is followed by another: they are then NAME_1.mp4, NAME_2.mp4 and so on. With less than
- * 1,000,000,000 bytes free on the disk the recording ends, with LD_EVENT_STREAM code 21.
+ * 1,000,000,000 bytes free on the disk the recording ends, with LD_EVENT_STREAM code 21; where the disk fails, with code
+ * 30; where the next file cannot be made, without one.
  * errors: 500 "fileName does not exists"; 501 "the player is not playing can not record"; 502; engine "TP_StartSave
  *         call error" */
 LUMEN_DECK_API QJsonDocument* LD_StartSave(QWidget* mainWindow, const QJsonDocument* args);
