@@ -55,34 +55,6 @@ TEST_F(PictureQueueTest, PacesByPositionAndDropsWhatIsLate)
     EXPECT_NEAR(dueInMs(queue), half * 4, 15);
 }
 
-TEST_F(PictureQueueTest, BackwardRunsTheClockBackward)
-{
-    PictureQueue queue(6, Direction::Backward, wake_);
-    queue.push(pictureAt(400ms));
-    queue.push(pictureAt(360ms));
-    EXPECT_EQ(queue.take(Clock::now())->position, 400ms);
-    EXPECT_NEAR(dueInMs(queue), 40, 15);
-}
-
-TEST_F(PictureQueueTest, HeldUntilReleasedAndSteppedOneByOne)
-{
-    PictureQueue queue(6, Direction::Forward, wake_);
-    pushMany(queue, 0, 4);
-    queue.take(Clock::now());
-    queue.hold();
-    EXPECT_EQ(queue.nextDue(), TimePoint::max());
-    EXPECT_EQ(queue.take(Clock::now() + 1h), nullptr);
-    queue.step();
-    queue.step();
-    EXPECT_LE(queue.nextDue(), Clock::now());
-    EXPECT_EQ(queue.take(Clock::now())->position, 40ms);
-    EXPECT_EQ(queue.take(Clock::now())->position, 80ms);
-    EXPECT_EQ(queue.take(Clock::now()), nullptr);
-    std::this_thread::sleep_for(60ms);
-    queue.release();
-    EXPECT_NEAR(dueInMs(queue), 40, 15); // goes on from the picture stepped to
-}
-
 TEST_F(PictureQueueTest, ProducerWaitsForHalfTheQueueAndClosingEndsTheWait)
 {
     PictureQueue queue(4, Direction::Forward, wake_);
@@ -115,44 +87,6 @@ TEST_F(PictureQueueTest, FileThatIsFarBehindGoesOnFromThere)
     EXPECT_EQ(queue.push(pictureAt(80ms)), PictureQueue::Pushed::OnTime);
     EXPECT_NE(queue.take(Clock::now()), nullptr);
     EXPECT_NEAR(dueInMs(queue), 40, 15);
-}
-
-// A camera that sends four times faster than its time stamps say, and one that is held up and then sends all at once.
-TEST_F(PictureQueueTest, LiveDelayIsBounded)
-{
-    PictureQueue queue(6, Direction::Forward, wake_);
-    queue.setLive(true);
-    Microseconds newest{};
-    const auto send = [&](int count, milliseconds pause) {
-        for (int i = 0; i < count; ++i) {
-            newest += kFrame;
-            queue.push(pictureAt(newest));
-            queue.take(Clock::now());
-            std::this_thread::sleep_for(pause);
-        }
-    };
-    send(60, 10ms);
-    EXPECT_LE(newest - queue.current()->position, 400ms);
-    std::this_thread::sleep_for(500ms);
-    send(50, 0ms);
-    send(10, 40ms);
-    EXPECT_LE(newest - queue.current()->position, 400ms);
-}
-
-TEST_F(PictureQueueTest, LiveGoesOnWithThePresentAfterAPause)
-{
-    PictureQueue queue(3, Direction::Forward, wake_);
-    queue.setLive(true);
-    queue.push(pictureAt(0ms));
-    queue.take(Clock::now());
-    queue.hold();
-    pushMany(queue, 1, 100); // never holds the source back; what came first is kept for steps
-    queue.step();
-    EXPECT_EQ(queue.take(Clock::now())->position, kFrame);
-    queue.release();
-    EXPECT_TRUE(queue.isEmpty());
-    queue.push(pictureAt(kFrame * 101));
-    EXPECT_EQ(queue.take(Clock::now())->position, kFrame * 101);
 }
 
 TEST(EffortControlTest, DoesLessWhenLateForLongAndMoreWhenInTime)

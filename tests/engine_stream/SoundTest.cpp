@@ -1,59 +1,31 @@
-#include "engine/core/Log.h"
-#include "engine/stream/ForwardFeed.h"
-#include "engine/stream/PatternReader.h"
+#include "tests/engine_stream/StreamTestKit.h"
 
 #include <algorithm>
-#include <deque>
 #include <gtest/gtest.h>
-#include <thread>
+#include <map>
 
 namespace tide {
 namespace {
 
 using namespace std::chrono_literals;
 
-// A file whose sound lies `late` behind the pictures that it belongs to, as broadcast recordings have it.
-class LateSound : public MediaReader
+// A film whose sound lies behind the pictures that it belongs to, as broadcast recordings have it.
+std::string withLateSound(int milliseconds)
 {
-public:
-    LateSound(ReadGuard& guard, Microseconds late)
-        : pattern_(*parsePattern("size=64x64&sound=440&seconds=2"), guard)
-        , late_(late)
-    {
+    const std::string film = bytesOf(clip("sound.ts", "-f lavfi -i testsrc2=size=64x64:rate=25:duration=2 "
+                                                      "-f lavfi -i sine=440:duration=2 -c:v libx264 -g 1 "
+                                                      "-c:a mp2 -b:a 384k"));
+    const std::size_t shift = film.size() / 2000 * static_cast<std::size_t>(milliseconds);
+    std::multimap<std::size_t, std::string> packets; // by their new places
+    for (std::size_t at = 0; at < film.size(); at += 188) {
+        const bool isSound = (film[at + 1] & 0x1f) == 1 && film[at + 2] == 1; // the second track
+        packets.emplace(at + (isSound ? shift : 0), film.substr(at, 188));
     }
-
-    Opened open() override { return pattern_.open(); }
-    const MediaInfo& info() const override { return pattern_.info(); }
-    bool seek(Microseconds) override { return false; }
-    void setPaused(bool) override {}
-    Microseconds position(int track, std::int64_t stamp) const override { return pattern_.position(track, stamp); }
-
-    Read read(AVPacket& packet) override
-    {
-        for (;;) {
-            if (!sound_.empty() && position(info().audio, sound_.front()->pts) + late_ <= picture_) {
-                av_packet_unref(&packet);
-                av_packet_move_ref(&packet, sound_.front().get());
-                sound_.pop_front();
-                return Read::Packet;
-            }
-            const Read read = pattern_.read(packet);
-            if (read != Read::Packet)
-                return read;
-            if (packet.stream_index == info().video) {
-                picture_ = position(packet.stream_index, packet.pts);
-                return read;
-            }
-            sound_.emplace_back(av_packet_clone(&packet));
-        }
-    }
-
-private:
-    PatternReader pattern_;
-    const Microseconds late_;
-    Microseconds picture_{};
-    std::deque<PacketPtr> sound_;
-};
+    std::string late;
+    for (const auto& [place, packet] : packets)
+        late += packet;
+    return fileOf("late" + std::to_string(milliseconds) + ".ts", late);
+}
 
 struct Ear : Voice
 {
@@ -72,35 +44,15 @@ struct Ear : Voice
     Microseconds soonest = 1h;
 };
 
-class SoundTest : public ::testing::TestWithParam<int>
+TEST(SoundTest, ComesInTimeHoweverTheFileIsInterleaved)
 {
-};
-
-TEST_P(SoundTest, ComesInTimeHoweverTheFileIsInterleaved)
-{
-    quietFfmpeg();
-    Notifier notifier;
-    const auto ear = std::make_shared<Ear>();
-    StreamOptions options;
-    options.bufferFrames = 3;
-    StreamState state(7, options, StreamLinks{&notifier, ear, [] {}});
-    StreamNews news(state);
-    Progress progress;
-    LateSound reader(state.guard, std::chrono::milliseconds(GetParam()));
-    ASSERT_EQ(reader.open(), MediaReader::Opened::Yes);
-    std::thread feeding([&] { ForwardFeed(state, news, reader, progress, {}).run(); });
-    const auto isOver = [&] { return state.queue.current() && state.queue.current()->serial == 50; };
-    for (int i = 0; i < 2000 && !isOver(); ++i) {
-        state.queue.take(Clock::now());
-        std::this_thread::sleep_for(2ms);
+    for (const int late : {0, 300, 700}) {
+        const auto ear = std::make_shared<Ear>();
+        Viewer(optionsFor(withLateSound(late)), ear).takeAll();
+        EXPECT_GT(ear->heard, 1900ms) << late;
+        EXPECT_GT(ear->soonest, 60ms) << late;
     }
-    state.queue.close();
-    feeding.join();
-    EXPECT_GT(ear->heard, 1900ms - std::chrono::milliseconds(GetParam())); // the rest was never in the file
-    EXPECT_GT(ear->soonest, 60ms);
 }
-
-INSTANTIATE_TEST_SUITE_P(Late, SoundTest, ::testing::Values(0, 300, 700));
 
 } // namespace
 } // namespace tide

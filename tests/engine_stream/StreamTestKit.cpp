@@ -3,16 +3,14 @@
 #include "engine/core/Log.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QProcess>
 
 #include <algorithm>
 #include <arpa/inet.h>
 #include <csignal>
-#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tide {
@@ -32,23 +30,40 @@ int freePort()
     return ntohs(address.sin_port);
 }
 
-StreamOptions optionsFor(const std::string& url)
+std::string pathOf(const std::string& name)
 {
-    StreamOptions options;
-    options.url = url;
-    return options;
+    return qEnvironmentVariable("PWD").toStdString() + "/" + name;
 }
 
 } // namespace
 
 std::string clip(const std::string& name, const std::string& arguments)
 {
-    const QString path = qEnvironmentVariable("PWD") + "/" + QString::fromStdString(name);
-    if (!QFile::exists(path)) {
-        const QString command = "ffmpeg -nostdin -v error -y " + QString::fromStdString(arguments) + " " + path;
-        EXPECT_EQ(QProcess::execute("sh", {"-c", command}), 0) << arguments;
-    }
-    return path.toStdString();
+    const std::string path = pathOf(name);
+    const std::string command = "ffmpeg -nostdin -v error -y " + arguments + " " + path;
+    EXPECT_TRUE(std::filesystem::exists(path) || std::system(command.c_str()) == 0) << arguments;
+    return path;
+}
+
+std::string bytesOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string fileOf(const std::string& name, const std::string& bytes)
+{
+    std::ofstream(pathOf(name), std::ios::binary) << bytes;
+    return pathOf(name);
+}
+
+StreamOptions optionsFor(const std::string& url, const std::string& auth, int protocol)
+{
+    StreamOptions options;
+    options.url = url;
+    options.auth = auth;
+    options.protocol = protocol;
+    return options;
 }
 
 std::string h264Clip()
@@ -68,7 +83,7 @@ int testNumber(const AVFrame& frame)
     return number;
 }
 
-Viewer::Viewer(StreamOptions options)
+Viewer::Viewer(StreamOptions options, std::shared_ptr<Voice> voice)
 {
     quietFfmpeg();
     notifier_.setHandler(&Viewer::onMessage, this);
@@ -78,13 +93,8 @@ Viewer::Viewer(StreamOptions options)
         ++events_;
         changed_.notify_all();
     };
-    stream_ = std::make_unique<Stream>(7, std::move(options), StreamLinks{&notifier_, nullptr, wake});
+    stream_ = std::make_unique<Stream>(7, std::move(options), StreamLinks{&notifier_, std::move(voice), wake});
     stream_->start();
-}
-
-Viewer::Viewer(const std::string& url)
-    : Viewer(optionsFor(url))
-{
 }
 
 Viewer::~Viewer()
@@ -168,35 +178,16 @@ void Viewer::onMessage(int, unsigned message, void* user)
     viewer.changed_.notify_all();
 }
 
-Camera::Camera(std::vector<std::string> settings, int port)
+Camera::Camera(const QStringList& settings, int port)
     : port_(port != 0 ? port : freePort())
 {
-    const std::string program = QCoreApplication::applicationDirPath().toStdString() + "/rtsp_test_server";
-    const std::string portText = std::to_string(port_);
-    std::vector<char*> words{const_cast<char*>(program.c_str()), const_cast<char*>(portText.c_str()),
-                             const_cast<char*>("120")};
-    for (std::string& setting : settings)
-        words.push_back(setting.data());
-    words.push_back(nullptr);
-    int ready[2];
-    EXPECT_EQ(pipe(ready), 0);
-    process_ = fork();
-    if (process_ == 0) {
-        setenv("TSAN_OPTIONS", "report_bugs=0", 1); // the camera is not what is tested
-        setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
-        dup2(ready[1], STDOUT_FILENO);
-        execv(program.c_str(), words.data());
-        _exit(127);
-    }
-    close(ready[1]);
-    char byte = 0;
-    EXPECT_EQ(read(ready[0], &byte, 1), 1) << "the camera does not start";
-    close(ready[0]);
-}
-
-Camera::~Camera()
-{
-    die();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TSAN_OPTIONS", "report_bugs=0"); // the camera is not what is tested
+    environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+    process_.setProcessEnvironment(environment);
+    process_.start(QCoreApplication::applicationDirPath() + "/rtsp_test_server",
+                   QStringList{QString::number(port_), "120"} + settings);
+    EXPECT_TRUE(process_.waitForReadyRead()) << "the camera does not start";
 }
 
 std::string Camera::url(const std::string& path, const std::string& user) const
@@ -206,16 +197,13 @@ std::string Camera::url(const std::string& path, const std::string& user) const
 
 void Camera::freeze(bool frozen) const
 {
-    kill(process_, frozen ? SIGSTOP : SIGCONT);
+    kill(static_cast<pid_t>(process_.processId()), frozen ? SIGSTOP : SIGCONT);
 }
 
 void Camera::die()
 {
-    if (process_ > 0) {
-        kill(process_, SIGKILL);
-        waitpid(process_, nullptr, 0);
-    }
-    process_ = -1;
+    process_.kill();
+    process_.waitForFinished();
 }
 
 } // namespace tide

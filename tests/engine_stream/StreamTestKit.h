@@ -2,6 +2,8 @@
 
 #include "engine/stream/Stream.h"
 
+#include <QProcess>
+
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -14,6 +16,10 @@ namespace tide {
 // A clip in the test's own folder, made once by the ffmpeg tool. `arguments` stand before the file name.
 std::string clip(const std::string& name, const std::string& arguments);
 std::string h264Clip(); // 3 s, 25 pictures a second, B pictures, groups of 20, with sound
+std::string bytesOf(const std::string& path);
+std::string fileOf(const std::string& name, const std::string& bytes); // in the test's own folder; answers its path
+
+StreamOptions optionsFor(const std::string& url, const std::string& auth = "", int protocol = 0);
 
 int testNumber(const AVFrame& frame); // the number that a test pattern has burnt in
 
@@ -21,8 +27,11 @@ int testNumber(const AVFrame& frame); // the number that a test pattern has burn
 class Viewer
 {
 public:
-    explicit Viewer(StreamOptions options);
-    explicit Viewer(const std::string& url);
+    explicit Viewer(StreamOptions options, std::shared_ptr<Voice> voice = nullptr);
+    explicit Viewer(const std::string& url)
+        : Viewer(optionsFor(url))
+    {
+    }
     ~Viewer();
 
     Stream& stream() { return *stream_; }
@@ -31,8 +40,8 @@ public:
     std::vector<PicturePtr> takeFor(int milliseconds);
     std::vector<PicturePtr> takeAll(); // until the stream has ended
 
-    bool waitFor(TP_Message what,
-                 int milliseconds = 8000); // looking on meanwhile; it and those before it are done with
+    // Looks on meanwhile. The message and those before it are done with.
+    bool waitFor(TP_Message what, int milliseconds = 8000);
     std::vector<int> messages();
 
 private:
@@ -54,8 +63,8 @@ private:
 class Camera
 {
 public:
-    explicit Camera(std::vector<std::string> settings = {}, int port = 0);
-    ~Camera();
+    explicit Camera(const QStringList& settings = {}, int port = 0);
+    ~Camera() { die(); }
 
     int port() const { return port_; }
     std::string url(const std::string& path = "/live", const std::string& user = "") const;
@@ -64,7 +73,7 @@ public:
 
 private:
     int port_;
-    int process_ = -1;
+    QProcess process_;
 };
 
 } // namespace tide

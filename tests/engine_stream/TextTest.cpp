@@ -68,14 +68,6 @@ TEST(AddressText, CredentialGoesInAndOut)
     EXPECT_EQ(urlWithCredential("rtsp://host/", {}), "rtsp://host/");
 }
 
-TEST(AddressText, TransportCodes)
-{
-    EXPECT_STREQ(rtspTransport(1), "udp");
-    EXPECT_STREQ(rtspTransport(5), "https");
-    for (const int code : {0, 6, -1, 1 << 30})
-        EXPECT_STREQ(rtspTransport(code), "tcp") << code;
-}
-
 TEST(PatternText, KeysAndRanges)
 {
     const auto pattern = parsePattern("size=320x240&rate=5&sound=440");
