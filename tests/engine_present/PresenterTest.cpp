@@ -22,9 +22,9 @@ FramePtr red(int width = 64, int height = 48)
     return makeFrame(width, height, AV_PIX_FMT_YUV420P, redFill);
 }
 
-FramePtr blue(int width = 64, int height = 48)
+FramePtr blue()
 {
-    return makeFrame(width, height, AV_PIX_FMT_YUV420P, blueFill);
+    return makeFrame(64, 48, AV_PIX_FMT_YUV420P, blueFill);
 }
 
 // Left half red, right half blue.
@@ -72,17 +72,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(PresenterTest, ShowsThePictureOverTheWholeWindow)
-{
-    const Window window = screen_.window(200, 150);
-    show(1, window, twoHalves(64, 48));
-    EXPECT_TRUE(screen_.shows(window, 2, 2, kRed));
-    EXPECT_TRUE(screen_.shows(window, 90, 147, kRed));
-    EXPECT_TRUE(screen_.shows(window, 110, 2, kBlue));
-    EXPECT_TRUE(screen_.shows(window, 198, 148, kBlue));
-    EXPECT_EQ(presenter_.stats(1).shown, 1U);
-}
 
 TEST_F(PresenterTest, RefusesWhatItCannotShow)
 {
