@@ -112,13 +112,4 @@ void Clip::feed(tide::PacketSink& sink, std::size_t first, std::size_t count) co
         sink.packet(*packets_[i]);
 }
 
-std::size_t Clip::nextKeyPicture(std::size_t from) const
-{
-    const int video = streamOf(AVMEDIA_TYPE_VIDEO);
-    while (from < packets_.size() &&
-           !(packets_[from]->stream_index == video && (packets_[from]->flags & AV_PKT_FLAG_KEY)))
-        ++from;
-    return from;
-}
-
 } // namespace record_test

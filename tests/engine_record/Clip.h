@@ -36,7 +36,6 @@ public:
     void announce(tide::PacketSink& sink) const;
     void feed(tide::PacketSink& sink, std::size_t first = 0, std::size_t count = SIZE_MAX) const;
     std::size_t size() const { return packets_.size(); }
-    std::size_t nextKeyPicture(std::size_t from) const;
 
 private:
     int streamOf(AVMediaType type) const;
