@@ -72,8 +72,6 @@ protected:
     static void onMessage(int id, unsigned message, void* user)
     {
         auto& test = *static_cast<NotifierTest*>(user);
-        if (message == TP_MESSAGE_LOST)
-            test.notifier_.close(id); // from inside the handler
         if (message == TP_MESSAGE_OPENED)
             test.gate_.get_future().wait();
         test.seen_.push_back(id * 100 + static_cast<int>(message));
@@ -118,13 +116,6 @@ TEST_F(NotifierTest, NothingIsBegunAfterClose)
     notifier_.message(1, TP_MESSAGE_RESTORED);
     gate_.set_value();
     EXPECT_EQ(finish(), (std::vector<int>{101, 204}));
-}
-
-TEST_F(NotifierTest, HandlerMayCloseItsOwnId)
-{
-    notifier_.message(1, TP_MESSAGE_LOST);
-    notifier_.message(1, TP_MESSAGE_RESTORED);
-    EXPECT_EQ(finish(), (std::vector<int>{105, 204}));
 }
 
 TEST_F(NotifierTest, DataIsDroppedWhenTheHostIsFarBehind)

@@ -100,16 +100,13 @@ public:
     HttpServer server;  // last: its threads use the others
 };
 
-using Law = std::pair<TP_AudioType, const char*>;
-
-class G711Talk : public ::testing::TestWithParam<Law>
+class G711Talk : public ::testing::TestWithParam<std::string>
 {
 };
 
 TEST_P(G711Talk, goesBothWays)
 {
-    const auto& [type, name] = GetParam();
-    const std::string law = name;
+    const std::string law = GetParam();
     AlsaFiles files;
     std::vector<std::int16_t> said = tone(8000, 300, 5);
     for (std::size_t i = 0; i < said.size(); ++i) // no two places alike
@@ -117,7 +114,7 @@ TEST_P(G711Talk, goesBothWays)
     files.speak(said);
     Device device;
     device.speak(converted("-f s16le -ar 8000 -ac 1", bytesOf(tone(8000, 1000, 1)), "-f " + law), 8000);
-    const int talk = device.start(type);
+    const int talk = device.start(law == "alaw" ? TP_AUDIO_A_LAW : TP_AUDIO_MU_LAW);
     ASSERT_GT(talk, 0);
     std::this_thread::sleep_for(1500ms);
     EXPECT_EQ(TP_CloseSound(), 0); // of a window: none of the talk's business
@@ -135,7 +132,7 @@ TEST_P(G711Talk, goesBothWays)
     EXPECT_GT(files.played().size(), 48000u * 2 * 3 / 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(Laws, G711Talk, ::testing::Values(Law{TP_AUDIO_A_LAW, "alaw"}, Law{TP_AUDIO_MU_LAW, "mulaw"}));
+INSTANTIATE_TEST_SUITE_P(Laws, G711Talk, ::testing::Values("alaw", "mulaw"));
 
 TEST(AacTalk, goesBothWays)
 {
