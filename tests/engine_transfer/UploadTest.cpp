@@ -107,22 +107,19 @@ TEST_F(UploadTest, upgradeFollowsTheDevice)
     const auto upgrade = [&](const char* page) {
         return TP_StartUpgrade(server.url(page).c_str(), server.url("/status").c_str(), "", source.c_str(), "keep", "");
     };
-    const int id = upgrade("/upload");
-    EXPECT_LT(upgradeReport(id).progress, 100);
     int most = 0; // but for the end
-    const auto watched = [&](int watchedId) {
-        const Report report = upgradeReport(watchedId);
+    const auto watched = [&](int id) {
+        const Report report = upgradeReport(id);
         most = report.progress < 100 ? std::max(most, report.progress) : most;
         return report;
     };
-    EXPECT_EQ(ended(id, watched).status, TP_TRANSFER_OK);
+    EXPECT_EQ(ended(upgrade("/upload"), watched).status, TP_TRANSFER_OK);
     EXPECT_EQ(most, 60);
     EXPECT_EQ(server.requests("/upload").at(0).headers.at("upgrade-flag"), "keep");
     EXPECT_EQ(server.requests("/status").size(), 3U);
 
     serveReports(server, {{200, "status=7\nreason=wrong model"}});
-    const int failing = upgrade("/upload");
-    EXPECT_EQ(ended(failing, upgradeReport).status, TP_TRANSFER_DEVICE_FAILED);
+    EXPECT_EQ(ended(upgrade("/upload"), upgradeReport).status, TP_TRANSFER_DEVICE_FAILED);
     EXPECT_EQ(httpText(), "status=7\nreason=wrong model");
     const int refused = upgrade("/none");
     EXPECT_EQ(ended(refused, upgradeReport).status, TP_TRANSFER_NOT_FOUND);
@@ -151,24 +148,19 @@ TEST_F(UploadTest, uploadKeepsItsErrorTextUntilItIsStopped)
 
 TEST(DeviceReportTest, readsJsonXmlAndLines)
 {
-    struct Case
+    const struct
     {
         const char* text;
-        bool hasFailed;
-        bool isDone;
-    };
-    const Case cases[] = {
-        {"", false, true},
-        {"OK", false, true},
-        {R"({"Status":0,"Progress":99})", false, false},
-        {R"({"statusCode":200,"progress":"100"})", false, true},
-        {"<Progress>\n 5 </Progress>", false, false},
-        {"status: -1", true, true},
-        {"progress=99999999999999999999", false, true},
-        {"progress", false, true},
-        {"status=running, status=2", true, true},
-    };
-    for (const Case& c : cases) {
+        bool hasFailed, isDone;
+    } cases[] = {{"", false, true},
+                 {R"({"Status":0,"Progress":99})", false, false},
+                 {R"({"statusCode":200,"progress":"100"})", false, true},
+                 {"<Progress>\n 5 </Progress>", false, false},
+                 {"status: -1", true, true},
+                 {"progress=99999999999999999999", false, true},
+                 {"progress", false, true},
+                 {"status=running, status=2", true, true}};
+    for (const auto& c : cases) {
         EXPECT_EQ(tide::parseDeviceReport(c.text).hasFailed(), c.hasFailed) << c.text;
         EXPECT_EQ(tide::parseDeviceReport(c.text).isDone(), c.isDone) << c.text;
     }
