@@ -5,7 +5,6 @@
 #include <QImage>
 
 #include <atomic>
-#include <functional>
 #include <limits>
 #include <mutex>
 #include <set>
@@ -61,6 +60,11 @@ protected:
     int real_ = -1;
 };
 
+int errorOf(int result)
+{
+    return result == -1 ? static_cast<int>(TP_GetLastError()) : TP_ERROR_NONE;
+}
+
 std::mutex endedMutex;
 std::set<int> ended; // what has sent its message of the end
 
@@ -82,57 +86,41 @@ TEST_F(FisheyeFaceTest, BadArgumentsAreRefusedAndChangeNothing)
     _TP_FISHEYEPARAM bad = kStart;
     bad.x = kNan;
     _TP_FISHEYEPARAM param{};
-    const _TP_PTZPARAM at{0.5F, 0.5F};
-    const _TP_PTZPARAM infinite{0.5F, HUGE_VALF};
-    float x = 0.25F;
-    float y = 0.75F;
-    float nan = kNan;
+    const _TP_PTZPARAM at{0.5F, 0.5F}, infinite{0.5F, HUGE_VALF};
+    float x = 0.25F, y = 0.75F, nan = kNan;
     int found = 7;
     _TP_SRTRANSFERELEMENT element{0.1F, 0, 0, 0};
-    const _TP_SRTRANSFER turn{&element, 0};
-    const _TP_SRTRANSFER empty{nullptr, 0};
-    const struct
-    {
-        const char* what;
-        std::function<int()> call;
-        unsigned error;
-    } rows[] = {
-        {"play: stream", [&] { return TP_FEC_Play(id, window, &kStart, 3, 0); }, TP_ERROR_NO_SUCH_ID},
-        {"play: no such window", [&] { return TP_FEC_Play(real_, 0x7ffffff1, &kStart, 3, 0); }, TP_ERROR_NO_WINDOW},
-        {"play: null", [&] { return TP_FEC_Play(real_, window, nullptr, 3, 0); }, TP_ERROR_BAD_ARGUMENT},
-        {"play: nan", [&] { return TP_FEC_Play(real_, window, &bad, 3, 0); }, TP_ERROR_BAD_ARGUMENT},
-        {"play: place", [&] { return TP_FEC_Play(real_, window, &kStart, 0, 0); }, TP_ERROR_BAD_ARGUMENT},
-        {"play: correct", [&] { return TP_FEC_Play(real_, window, &kStart, 3, 0x101); }, TP_ERROR_BAD_ARGUMENT},
-        {"play: beyond", [&] { return TP_FEC_Play(real_, window, &kStart, 3, 0x500); }, TP_ERROR_BAD_ARGUMENT},
-        {"get: null", [&] { return TP_FEC_GetParam(real_, id, nullptr); }, TP_ERROR_BAD_ARGUMENT},
-        {"get: other", [&] { return TP_FEC_GetParam(real_ - 1, id, &param); }, TP_ERROR_NO_SUCH_ID},
-        {"update: null", [&] { return TP_FEC_UpDateParam(real_, id, nullptr); }, TP_ERROR_BAD_ARGUMENT},
-        {"update: nan", [&] { return TP_FEC_UpDateParam(real_, id, &bad); }, TP_ERROR_BAD_ARGUMENT},
-        {"draw type", [&] { return TP_FEC_SetDrawType(real_, 3); }, TP_ERROR_BAD_ARGUMENT},
-        {"box: null", [&] { return TP_FEC_IsInFinshDraw(real_, nullptr, 0, 0); }, TP_ERROR_BAD_ARGUMENT},
-        {"box: nan", [&] { return TP_FEC_IsInFinshDraw(real_, &found, kNan, 0); }, TP_ERROR_BAD_ARGUMENT},
-        {"box: none", [&] { return TP_FEC_IsInFinshDraw(real_, &found, 0.1F, 0.9F); }, TP_ERROR_NO_SUCH_ID},
-        {"drag: null", [&] { return TP_FEC_PTZ2WindowEx(real_, id, id, &at, nullptr, &at, &x, &y); },
-         TP_ERROR_BAD_ARGUMENT},
-        {"drag: result", [&] { return TP_FEC_PTZ2WindowEx(real_, id, id, &at, &at, &at, &x, nullptr); },
-         TP_ERROR_BAD_ARGUMENT},
-        {"drag: infinite", [&] { return TP_FEC_PTZ2WindowEx(real_, id, id, &infinite, &at, &at, &x, &y); },
-         TP_ERROR_BAD_ARGUMENT},
-        {"drag: whole", [&] { return TP_FEC_PTZ2WindowEx(real_, whole, whole, &at, &at, &at, &x, &y); },
-         TP_ERROR_WRONG_STATE},
-        {"scan: nan", [&] { return TP_FEC_TestScan(real_, id, &nan, &y, 3, 0.01F); }, TP_ERROR_BAD_ARGUMENT},
-        {"scan: step", [&] { return TP_FEC_TestScan(real_, id, &x, &y, 3, 1e30F); }, TP_ERROR_BAD_ARGUMENT},
-        {"scan: place", [&] { return TP_FEC_TestScan(real_, id, &x, &y, 4, 0.01F); }, TP_ERROR_BAD_ARGUMENT},
-        {"scan: whole", [&] { return TP_FEC_TestScan(real_, whole, &x, &y, 3, 0.01F); }, TP_ERROR_WRONG_STATE},
-        {"capture: path", [&] { return TP_FEC_CapturePIC(1, real_, id, ""); }, TP_ERROR_BAD_ARGUMENT},
-        {"rotate: null", [&] { return TP_SR_Rotate(real_, nullptr); }, TP_ERROR_BAD_ARGUMENT},
-        {"rotate: empty", [&] { return TP_SR_Rotate(real_, &empty); }, TP_ERROR_BAD_ARGUMENT},
-        {"rotate: plain", [&] { return TP_SR_Rotate(real_, &turn); }, TP_ERROR_WRONG_STATE},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.call(), -1) << row.what;
-        EXPECT_EQ(TP_GetLastError(), row.error) << row.what;
-    }
+    const _TP_SRTRANSFER turn{&element, 0}, empty{nullptr, 0};
+    const _TP_EAGLEEYEPARAM block{true, 1, 0};
+    const int eagleEye = play(&block);
+    EXPECT_EQ(TP_SR_Rotate(eagleEye, &turn) + TP_Stop(eagleEye), 0);
+    EXPECT_EQ(errorOf(TP_FEC_Play(id, window, &kStart, 3, 0)), TP_ERROR_NO_SUCH_ID);
+    EXPECT_EQ(errorOf(TP_FEC_Play(real_, 0x7ffffff1, &kStart, 3, 0)), TP_ERROR_NO_WINDOW);
+    EXPECT_EQ(errorOf(TP_FEC_Play(real_, window, nullptr, 3, 0)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_Play(real_, window, &bad, 3, 0)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_Play(real_, window, &kStart, 0, 0)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_Play(real_, window, &kStart, 3, 0x101)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_Play(real_, window, &kStart, 3, 0x500)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_GetParam(real_, id, nullptr)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_GetParam(real_ - 1, id, &param)), TP_ERROR_NO_SUCH_ID);
+    EXPECT_EQ(errorOf(TP_FEC_UpDateParam(real_, id, nullptr)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_UpDateParam(real_, id, &bad)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_SetDrawType(real_, 3)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_IsInFinshDraw(real_, nullptr, 0, 0)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_IsInFinshDraw(real_, &found, kNan, 0)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_IsInFinshDraw(real_, &found, 0.1F, 0.9F)), TP_ERROR_NO_SUCH_ID);
+    EXPECT_EQ(errorOf(TP_FEC_PTZ2WindowEx(real_, id, id, &at, nullptr, &at, &x, &y)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_PTZ2WindowEx(real_, id, id, &at, &at, &at, &x, nullptr)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_PTZ2WindowEx(real_, id, id, &infinite, &at, &at, &x, &y)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_PTZ2WindowEx(real_, whole, whole, &at, &at, &at, &x, &y)), TP_ERROR_WRONG_STATE);
+    EXPECT_EQ(errorOf(TP_FEC_TestScan(real_, id, &nan, &y, 3, 0.01F)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_TestScan(real_, id, &x, &y, 3, 1e30F)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_TestScan(real_, id, &x, &y, 4, 0.01F)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_FEC_TestScan(real_, whole, &x, &y, 3, 0.01F)), TP_ERROR_WRONG_STATE);
+    EXPECT_EQ(errorOf(TP_FEC_CapturePIC(1, real_, id, "")), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_SR_Rotate(real_, nullptr)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_SR_Rotate(real_, &empty)), TP_ERROR_BAD_ARGUMENT);
+    EXPECT_EQ(errorOf(TP_SR_Rotate(real_, &turn)), TP_ERROR_WRONG_STATE);
     EXPECT_EQ(TP_FEC_GetParam(real_, id, &param), 0);
     EXPECT_EQ(param.x, kStart.x);
     EXPECT_EQ(x + y + static_cast<float>(found), 8.0F);
@@ -172,8 +160,7 @@ TEST_F(FisheyeFaceTest, AViewIsStoppedByItselfOrWithItsStreamAndHearsItsMessages
     EXPECT_TRUE(isShown(first) && isShown(second));
     EXPECT_GT(draws, 0);
     EXPECT_EQ(Engine::instance().presenter().stats(real_).shown, 0U) << "nobody sees the stream's own window";
-    int width = 0;
-    int height = 0;
+    int width = 0, height = 0;
     EXPECT_EQ(TP_GetPictureSize(first, &width, &height), 0);
     EXPECT_EQ(width, 1024);
     const _TP_REGION part{0, 0, 512, 512};
@@ -210,8 +197,7 @@ TEST_F(FisheyeFaceTest, ASavedPictureIsWhatTheRoomLooksLikeFromThere)
     ViewParam param;
     param.x = kStart.x, param.y = kStart.y;
     const ViewGeometry geometry(PlaceType::Ceiling, CorrectType::View, param, {kWidth, kHeight, {}});
-    int right = 0;
-    int all = 0;
+    int right = 0, all = 0;
     for (int y = 16; y < 1024; y += 32) {
         for (int x = 16; x < 1365; x += 32) {
             const auto scene = geometry.sceneAt({(x + 0.5) / 1365, (y + 0.5) / 1024});
@@ -230,16 +216,6 @@ TEST_F(FisheyeFaceTest, ASavedPictureIsWhatTheRoomLooksLikeFromThere)
     EXPECT_GT(right, all * 9 / 10); // but for the edges of tiles and the balls
 }
 
-TEST_F(FisheyeFaceTest, OnlyAnEagleEyeTurns)
-{
-    const _TP_EAGLEEYEPARAM block{true, 1, 0};
-    const int id = play(&block);
-    _TP_SRTRANSFERELEMENT element{0.3F, 0.1F, 0, 0.05F};
-    const _TP_SRTRANSFER turn{&element, 0};
-    EXPECT_EQ(TP_SR_Rotate(id, &turn), 0);
-    TP_Stop(id);
-}
-
 TEST_F(FisheyeFaceTest, ViewsComeAndGoWhileTheyAreDrawnAndTurned)
 {
     std::atomic<bool> goesOn{true};
@@ -253,13 +229,10 @@ TEST_F(FisheyeFaceTest, ViewsComeAndGoWhileTheyAreDrawnAndTurned)
             _TP_FISHEYEPARAM param{};
             for (int i = 0; goesOn; ++i) {
                 const int id = last;
-                float x = 0.3F;
-                float y = 0.4F;
-                if (TP_FEC_TestScan(real_, id, &x, &y, 3, 0.01F) == 0) {
-                    param.mask = 8, param.x = x, param.y = y;
-                    TP_FEC_UpDateParam(real_, id, &param);
-                }
                 int box = -1;
+                param.mask = 8, param.x = 0.3F, param.y = 0.4F;
+                TP_FEC_TestScan(real_, id, &param.x, &param.y, 3, 0.01F);
+                TP_FEC_UpDateParam(real_, id, &param);
                 TP_FEC_SetDrawType(real_, i % 3);
                 TP_FEC_SetFinshDraw(real_, thread == 0 ? id : whole);
                 TP_FEC_IsInFinshDraw(real_, &box, 0.6F, 0.3F);

@@ -9,9 +9,6 @@ namespace tide {
 namespace {
 
 using namespace std::chrono_literals;
-using std::chrono::milliseconds;
-
-constexpr Microseconds kFrame = 40ms;
 
 PicturePtr pictureAt(Microseconds position)
 {
@@ -23,10 +20,10 @@ PicturePtr pictureAt(Microseconds position)
 class PictureQueueTest : public ::testing::Test
 {
 protected:
-    void pushMany(PictureQueue& queue, int first, int count)
+    void pushMany(PictureQueue& queue, int count)
     {
-        for (int i = first; i < first + count; ++i)
-            queue.push(pictureAt(kFrame * i));
+        for (int i = 0; i < count; ++i)
+            queue.push(pictureAt(40ms * i));
     }
 
     double dueInMs(const PictureQueue& queue)
@@ -42,7 +39,7 @@ TEST_F(PictureQueueTest, PacesByPositionAndDropsWhatIsLate)
 {
     PictureQueue queue(6, Direction::Forward, wake_);
     const TimePoint start = Clock::now();
-    pushMany(queue, 0, 5);
+    pushMany(queue, 5);
     EXPECT_EQ(wakes_, 1); // only the first changes what is due next
     EXPECT_EQ(queue.take(Clock::now())->position, 0ms);
     EXPECT_NEAR(dueInMs(queue), 40, 15);
@@ -59,7 +56,7 @@ TEST_F(PictureQueueTest, ProducerWaitsForHalfTheQueueAndClosingEndsTheWait)
 {
     PictureQueue queue(4, Direction::Forward, wake_);
     const TimePoint start = Clock::now();
-    pushMany(queue, 0, 4);
+    pushMany(queue, 4);
     EXPECT_FALSE(queue.hasRoom());
     auto room = std::async(std::launch::async, [&] { return queue.waitForRoom(); });
     EXPECT_EQ(room.wait_for(50ms), std::future_status::timeout);
@@ -80,7 +77,7 @@ TEST_F(PictureQueueTest, ProducerWaitsForHalfTheQueueAndClosingEndsTheWait)
 TEST_F(PictureQueueTest, FileThatIsFarBehindGoesOnFromThere)
 {
     PictureQueue queue(6, Direction::Forward, wake_);
-    pushMany(queue, 0, 1);
+    pushMany(queue, 1);
     queue.take(Clock::now());
     std::this_thread::sleep_for(400ms); // the source stood still
     EXPECT_EQ(queue.push(pictureAt(40ms)), PictureQueue::Pushed::Late);

@@ -190,38 +190,16 @@ TEST(PlayTest, SoundAloneIsPaced)
 
 struct Recorder : PacketSink
 {
-    void tracks(const std::vector<TrackInfo>& infos) override { trackCount = static_cast<int>(infos.size()); }
-    void packet(const AVPacket& packet) override
-    {
-        EXPECT_LT(packet.stream_index, trackCount);
-        ++packets;
-    }
-    std::atomic<int> trackCount{0}, packets{0};
+    void tracks(const std::vector<TrackInfo>& infos) override { EXPECT_EQ(infos.size(), 2U); }
+    void packet(const AVPacket& packet) override { packets += packet.stream_index < 2 ? 1 : 10000; }
+    std::atomic<int> packets{0};
 };
-
-TEST(PlayTest, RecordersComeAndGo)
-{
-    Viewer viewer("test:pattern?size=160x120&sound=440&people=5");
-    auto early = std::make_shared<Recorder>();
-    viewer.stream().addSink(early);
-    ASSERT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
-    auto late = std::make_shared<Recorder>();
-    viewer.stream().addSink(late);
-    EXPECT_EQ(late->trackCount, 2); // known by now; the people counts are no track to record
-    viewer.take(5);
-    viewer.stream().removeSink(early);
-    const int until = early->packets;
-    viewer.take(5);
-    EXPECT_GT(until, 3);
-    EXPECT_EQ(early->packets, until);
-    EXPECT_GT(late->packets, 5);
-}
 
 // Nobody watches: everything goes on but the decoding, and the present picture is there as soon as somebody does.
 TEST(PlayTest, WhatNobodyWatchesIsNotDecodedAndIsBackAtOnce)
 {
     for (const char* length : {"0", "60"}) { // live, and as a file
-        Viewer viewer(std::string("test:pattern?size=160x120&gop=50&sound=440&seconds=") + length);
+        Viewer viewer(std::string("test:pattern?size=160x120&gop=50&sound=440&people=5&seconds=") + length);
         auto recorder = std::make_shared<Recorder>();
         viewer.stream().addSink(recorder);
         ASSERT_EQ(viewer.take(3).size(), 3U);
@@ -229,14 +207,16 @@ TEST(PlayTest, WhatNobodyWatchesIsNotDecodedAndIsBackAtOnce)
         viewer.takeFor(1500);
         const int packets = recorder->packets;
         EXPECT_LE(viewer.takeFor(2000).size(), 2U); // key pictures
-        EXPECT_GT(recorder->packets - packets, 90);
+        EXPECT_NEAR(recorder->packets - packets, 150, 60); // pictures and sound; people counts are not recorded
         EXPECT_EQ(testNumber(*viewer.stream().current()->frame), 50); // what a snapshot shows
         viewer.stream().setWatched(true);
         const PicturePtr back = viewer.next(500);
         ASSERT_TRUE(back);
         EXPECT_NEAR(testNumber(*back->frame), 90, 12);
-        const auto pictures = viewer.takeFor(1000);
-        EXPECT_GT(pictures.size(), 12U); // all of them but where the machine is busy
+        viewer.stream().removeSink(recorder);
+        const int until = recorder->packets;
+        EXPECT_GT(viewer.takeFor(1000).size(), 12U); // all of them but where the machine is busy
+        EXPECT_EQ(recorder->packets, until);
     }
 }
 
@@ -274,26 +254,21 @@ TEST(PlayTest, PausingSteppingAndEndingWorkUnwatched)
 
 TEST(PlayTest, PeopleCountsComeUntilTheFunctionIsTakenOff)
 {
-    struct Seen
-    {
-        std::atomic<int> records{0}, bad{0};
-    } seen;
+    std::atomic<int> records{0};
     Viewer viewer("test:pattern?size=160x120&people=20");
     const TP_AdditionFun count = [](int id, TP_ADDITION_DATA_INFO* info, void* user) {
-        auto& into = *static_cast<Seen*>(user);
         const auto* values = static_cast<const unsigned*>(info->data);
-        into.bad += id != 7 || info->type != 2049 || info->length != 64 || values[1] >= 1000 || values[1] == values[2];
-        ++into.records;
+        EXPECT_TRUE(id == 7 && info->type == 2049 && info->length == 64 && values[1] < 1000 && values[1] != values[2]);
+        ++*static_cast<std::atomic<int>*>(user);
     };
-    viewer.stream().setAddition(2049, count, &seen);
-    viewer.stream().setAddition(1, count, &seen); // no such records
+    viewer.stream().setAddition(2049, count, &records);
+    viewer.stream().setAddition(1, count, &records); // no such records
     viewer.takeFor(800);
-    EXPECT_NEAR(seen.records, 16, 8);
-    EXPECT_EQ(seen.bad, 0);
+    EXPECT_NEAR(records, 16, 8);
     viewer.stream().setAddition(2049, nullptr, nullptr);
-    const int until = seen.records;
+    const int until = records;
     viewer.takeFor(200);
-    EXPECT_LE(seen.records, until + 1); // one may have been running
+    EXPECT_LE(records, until + 1); // one may have been running
 }
 
 // Whatever is under way, stopping is quick and leaves nothing behind.
