@@ -79,7 +79,6 @@ protected:
     }
 
     Ear ear_;
-    HttpServer server_;
 };
 
 TEST_F(FishListenerTest, SoundLinesAreReportedAndAllOthersPassedOver)

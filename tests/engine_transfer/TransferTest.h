@@ -67,6 +67,7 @@ protected:
     }
 
     engine_test::Folder folder_;
+    HttpServer server_;
 };
 
 // Comes in pieces, after a pause each.

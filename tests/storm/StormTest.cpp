@@ -1,4 +1,5 @@
 #include "src/LayoutDetail.h"
+#include "tests/support/Functions.h"
 #include "tests/support/Wall.h"
 
 #include <QApplication>
@@ -27,7 +28,7 @@ int roll(Dice& dice, int sides)
     return static_cast<int>(dice() % static_cast<unsigned>(sides));
 }
 
-// Any window of sixteen, with all keys that the functions want.
+// Any window of sixteen and any of three talks, with all keys that the functions want.
 QJsonDocument anyRequest(Dice& dice)
 {
     const double far = 0.5 + 0.1 * roll(dice, 5);
@@ -38,22 +39,22 @@ QJsonDocument anyRequest(Dice& dice)
     shape["points"] = QJsonArray{corners[0], corners[2]};
     const QJsonArray lines{shape};
     const QString words[] = {"Rect", "Polygon", "Line", "all"};
-    return QJsonDocument(QJsonObject{{"wndIndex", roll(dice, 16)},
-                                     {"url", roll(dice, 2) ? "h/channels/1" : "h/tracks/1"},
-                                     {"auth", "a:b"},
-                                     {"startTime", ""},
-                                     {"stopTime", ""},
-                                     {"volume", roll(dice, 100)},
-                                     {"fileName", "clip"},
-                                     {"https", roll(dice, 2) == 1},
-                                     {"mode", roll(dice, 5)},
-                                     {"enable", roll(dice, 4) != 0},
-                                     {"rectInfo", areas},
-                                     {"polygonInfo", areas},
-                                     {"lineInfo", lines},
-                                     {"overlayInfo", QJsonObject{{"date", shape}, {"text", lines}}},
-                                     {"type", words[roll(dice, 4)]},
-                                     {"id", QJsonArray{roll(dice, 3)}}});
+    QJsonObject request = functions::request().object();
+    request["wndIndex"] = roll(dice, 16);
+    request["url"] = roll(dice, 2) ? "h/channels/1" : "h/tracks/1";
+    request["volume"] = roll(dice, 100);
+    request["https"] = roll(dice, 2) == 1;
+    request["mode"] = roll(dice, 5);
+    request["enable"] = roll(dice, 4) != 0;
+    request["rectInfo"] = request["polygonInfo"] = areas;
+    request["lineInfo"] = lines;
+    request["overlayInfo"] = QJsonObject{{"date", shape}, {"text", lines}};
+    request["type"] = words[roll(dice, 4)];
+    request["id"] = QJsonArray{roll(dice, 3)};
+    request["uuid"] = QString::number(roll(dice, 3));
+    request["openUrl"] = request["closeUrl"] = request["dataUrl"] = "";
+    request["localConfig"] = QJsonObject{{"ivsMode", roll(dice, 2)}, {"host", roll(dice, 9)}};
+    return QJsonDocument(request);
 }
 
 // clang-format off
@@ -73,14 +74,7 @@ void callWindowFunction(QWidget* mainWindow, Dice& dice)
 void callService(Dice& dice)
 {
     constexpr WithDocument services[] = {LD_StartVoiceTalk, LD_StopVoiceTalk, LD_GetLocalConfig, LD_SetLocalConfig};
-    const QJsonDocument request(
-        QJsonObject{{"uuid", QString::number(roll(dice, 3))},
-                    {"openUrl", ""},
-                    {"closeUrl", ""},
-                    {"dataUrl", ""},
-                    {"auth", ""},
-                    {"audioType", 0},
-                    {"localConfig", QJsonObject{{"ivsMode", roll(dice, 2)}, {"host", roll(dice, 9)}}}});
+    const QJsonDocument request = anyRequest(dice);
     take(services[roll(dice, std::size(services))](&request));
     if (roll(dice, 4) == 0)
         take(LD_CloseSound());
