@@ -17,7 +17,6 @@ constexpr int kRate = 48000; // of the device, with two channels
 
 struct Sound
 {
-    AVSampleFormat format = AV_SAMPLE_FMT_S16;
     int rate = 8000;
     int channels = 1;
 };
@@ -25,33 +24,27 @@ struct Sound
 FramePtr makeFrame(Sound sound, Microseconds length, const std::function<double(double seconds)>& wave)
 {
     FramePtr frame(av_frame_alloc());
-    frame->format = sound.format;
+    frame->format = AV_SAMPLE_FMT_FLTP;
     frame->sample_rate = sound.rate;
     frame->nb_samples = static_cast<int>(length.count() * sound.rate / 1'000'000);
     av_channel_layout_default(&frame->ch_layout, sound.channels);
     av_frame_get_buffer(frame.get(), 0);
     for (int channel = 0; channel < sound.channels; ++channel) {
-        for (int i = 0; i < frame->nb_samples; ++i) {
-            const double value = wave(static_cast<double>(i) / sound.rate);
-            if (sound.format == AV_SAMPLE_FMT_FLTP)
-                reinterpret_cast<float*>(frame->extended_data[channel])[i] = static_cast<float>(value);
-            else
-                reinterpret_cast<std::int16_t*>(frame->data[0])[i * sound.channels + channel] =
-                    static_cast<std::int16_t>(value * 32767);
-        }
+        for (int i = 0; i < frame->nb_samples; ++i)
+            reinterpret_cast<float*>(frame->extended_data[channel])[i] =
+                static_cast<float>(wave(static_cast<double>(i) / sound.rate));
     }
     return frame;
 }
 
 FramePtr level(double value, Microseconds length)
 {
-    return makeFrame({AV_SAMPLE_FMT_FLTP, kRate, 2}, length, [value](double) { return value; });
+    return makeFrame({kRate, 2}, length, [value](double) { return value; });
 }
 
 FramePtr rise(Microseconds length)
 {
-    return makeFrame({AV_SAMPLE_FMT_FLTP, kRate, 2}, length,
-                     [](double seconds) { return std::min(0.8, 40 * seconds); });
+    return makeFrame({kRate, 2}, length, [](double seconds) { return std::min(0.8, 40 * seconds); });
 }
 
 // The left channel, 1 being full scale.
@@ -138,13 +131,12 @@ TEST_P(AnySound, isHeardAtItsTimeAtItsPitchAndVolume)
     EXPECT_TRUE(played.isStereoEqual);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, AnySound,
-                         ::testing::Values(Sound{AV_SAMPLE_FMT_S16, 8000, 1}, Sound{AV_SAMPLE_FMT_FLTP, 44100, 2},
-                                           Sound{AV_SAMPLE_FMT_S16, 96000, 2}));
+INSTANTIATE_TEST_SUITE_P(Rates, AnySound, ::testing::Values(Sound{8000, 1}, Sound{44100, 2}, Sound{96000, 2}));
 
 TEST_F(MixerTest, volumeChangesWithoutAClickAndIsKeptWhileClosed)
 {
     EXPECT_EQ(voice_->volume(), 65535);
+    EXPECT_EQ(soundThreads(), 0);
     const FramePtr sound = rise(500ms);
     mixer_->open(voice_);
     const TimePoint start = Clock::now() + 100ms;
@@ -225,19 +217,6 @@ TEST_F(MixerTest, soundThatIsAlwaysALittleLateIsHeardLaterButWhole)
     EXPECT_GT(std::count_if(played.samples.begin(), played.samples.end(), isHeard), kRate / 2);
 }
 
-TEST_F(MixerTest, hasAThreadOnlyWhileAVoiceIsOpen)
-{
-    EXPECT_EQ(soundThreads(), 0);
-    const std::function<void()> ends[] = {[&] { mixer_->closeAll(); },
-                                          [&] { voice_.reset(); }}; // a stream that goes takes its voice along
-    for (const auto& end : ends) {
-        mixer_->open(voice_);
-        EXPECT_TRUE(eventually([] { return soundThreads() == 1; }, 5s));
-        end();
-        EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
-    }
-}
-
 TEST_F(MixerTest, aDeviceThatFailsIsReplacedUntilItIsBack)
 {
     files_.unplug();
@@ -248,6 +227,8 @@ TEST_F(MixerTest, aDeviceThatFailsIsReplacedUntilItIsBack)
     EXPECT_EQ(soundThreads(), 1);
     files_.putBack();
     EXPECT_TRUE(eventually([&] { return !files_.played().empty(); }, 5s));
+    voice_.reset(); // a stream that goes takes its voice along, and the thread with the last
+    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
     EXPECT_NEAR(heard().peak(0, kRate), 0.5, 0.01);
 }
 
