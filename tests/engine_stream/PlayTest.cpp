@@ -1,7 +1,8 @@
 #include "tests/engine_stream/StreamTestKit.h"
 
+#include <algorithm>
 #include <atomic>
-#include <gtest/gtest.h>
+#include <map>
 #include <sys/stat.h>
 #include <thread>
 
@@ -136,10 +137,10 @@ TEST(PlayTest, LivePatternKeepsItsPaceAndHasOneSpeed)
 
 TEST(PlayTest, SourcesThatAreNoFilmFailAtOnce)
 {
-    const std::string folder = qEnvironmentVariable("PWD").toStdString();
-    mkfifo((folder + "/pipe").c_str(), 0600);
-    for (const std::string& url : {folder + "/missing.mp4", fileOf("empty.mp4", ""), folder, folder + "/pipe",
-                                   fileOf("noise.mp4", std::string(100000, '\x5a')), std::string("/dev/zero")}) {
+    mkfifo((folder() / "pipe").c_str(), 0600);
+    for (const std::string& url :
+         {folder() / "missing.mp4", folder().write("empty.mp4", ""), folder() / "", folder() / "pipe",
+          folder().write("noise.mp4", std::string(100000, '\x5a')), std::string("/dev/zero")}) {
         Viewer viewer(url);
         EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_OPEN_FAILED)) << url;
         EXPECT_FALSE(viewer.stream().pictureSize());
@@ -148,17 +149,17 @@ TEST(PlayTest, SourcesThatAreNoFilmFailAtOnce)
 
 TEST(PlayTest, DamagedFilePlaysWhatItCan)
 {
-    std::string bytes = bytesOf(clip("whole.ts", "-i " + h264Clip() + " -c copy"));
+    std::string bytes = clipBytes("whole.ts", "-i " + h264Clip() + " -c copy");
     for (std::size_t i = bytes.size() / 3; i < bytes.size() / 2; i += 50)
         bytes[i] = static_cast<char>(i * 37);
-    Viewer viewer(fileOf("broken.ts", bytes.substr(0, bytes.size() * 9 / 10)));
+    Viewer viewer(folder().write("broken.ts", bytes.substr(0, bytes.size() * 9 / 10)));
     EXPECT_GT(viewer.takeAll().size(), 30U);
 }
 
 TEST(PlayTest, TimeStampsMayJumpOrBeMissing)
 {
-    const std::string part = bytesOf(clip("part.ts", "-i " + h264Clip() + " -c copy -t 1"));
-    Viewer jumping(fileOf("twice.ts", part + part));
+    const std::string part = clipBytes("part.ts", "-i " + h264Clip() + " -c copy -t 1");
+    Viewer jumping(folder().write("twice.ts", part + part));
     const TimePoint start = Clock::now();
     EXPECT_GT(jumping.takeAll().size(), 40U); // both parts
     EXPECT_LT(Clock::now() - start, 4s);
@@ -170,9 +171,9 @@ TEST(PlayTest, SizeChangesInMidStream)
 {
     std::string film;
     for (const std::string size : {"320x240", "640x480"})
-        film += bytesOf(clip(size + ".ts", "-f lavfi -i testsrc2=size=" + size +
-                                               ":rate=25:duration=1 -c:v libx264 -pix_fmt yuv420p"));
-    Viewer viewer(fileOf("both.ts", film));
+        film += clipBytes(size + ".ts",
+                          "-f lavfi -i testsrc2=size=" + size + ":rate=25:duration=1 -c:v libx264 -pix_fmt yuv420p");
+    Viewer viewer(folder().write("both.ts", film));
     EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
     EXPECT_EQ(viewer.stream().pictureSize()->width, 320);
     EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_SIZE_CHANGED));
@@ -183,9 +184,53 @@ TEST(PlayTest, SoundAloneIsPaced)
 {
     Viewer viewer(clip("sound.m4a", "-f lavfi -i sine=440:duration=2 -c:a aac"));
     const TimePoint start = Clock::now();
-    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_OPENED));
-    EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_ENDED));
+    viewer.takeAll();
     EXPECT_GT(Clock::now() - start, 1500ms);
+}
+
+// A film whose sound lies behind the pictures that it belongs to, as broadcast recordings have it.
+std::string withLateSound(int milliseconds)
+{
+    const std::string film = clipBytes("sound.ts", "-f lavfi -i testsrc2=size=64x64:rate=25:duration=2 "
+                                                   "-f lavfi -i sine=440:duration=2 -c:v libx264 -g 1 "
+                                                   "-c:a mp2 -b:a 384k");
+    const std::size_t shift = film.size() / 2000 * static_cast<std::size_t>(milliseconds);
+    std::multimap<std::size_t, std::string> packets; // by their new places
+    for (std::size_t at = 0; at < film.size(); at += 188) {
+        const bool isSound = (film[at + 1] & 0x1f) == 1 && film[at + 2] == 1; // the second track
+        packets.emplace(at + (isSound ? shift : 0), film.substr(at, 188));
+    }
+    std::string late;
+    for (const auto& [place, packet] : packets)
+        late += packet;
+    return folder().write("late" + std::to_string(milliseconds) + ".ts", late);
+}
+
+struct Ear : Voice
+{
+    void push(const AVFrame& frame, TimePoint due) override
+    {
+        heard += Microseconds(std::int64_t{frame.nb_samples} * 1000000 / frame.sample_rate);
+        if (heard > 200ms) // what belongs to the first picture, which is shown at once, cannot be ahead of it
+            soonest = std::min(soonest, std::chrono::duration_cast<Microseconds>(due - Clock::now()));
+    }
+    void flush() override {}
+    bool isOpen() const override { return true; }
+    void setVolume(std::uint16_t) override {}
+    std::uint16_t volume() const override { return 0; }
+
+    Microseconds heard{};
+    Microseconds soonest = 1h;
+};
+
+TEST(PlayTest, SoundComesInTimeHoweverTheFileIsInterleaved)
+{
+    for (const int late : {0, 300, 700}) {
+        const auto ear = std::make_shared<Ear>();
+        Viewer(optionsFor(withLateSound(late)), ear).takeAll();
+        EXPECT_GT(ear->heard, 1900ms) << late;
+        EXPECT_GT(ear->soonest, 60ms) << late;
+    }
 }
 
 struct Recorder : PacketSink
