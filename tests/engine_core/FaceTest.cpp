@@ -51,6 +51,7 @@ TEST_F(FaceTest, BadPlaysAreRefusedAtOnce)
                         {kPattern, "", "tomorrow", "", window, TP_ERROR_BAD_ARGUMENT},
                         {kPattern, "", "", "never", window, TP_ERROR_BAD_ARGUMENT},
                         {"test:pattern?size=0x0", "", "", "", window, TP_ERROR_BAD_ARGUMENT},
+                        {"test:pattern?seconds=99999999999999999999", "", "", "", window, TP_ERROR_BAD_ARGUMENT},
                         {kPattern, "", "", "", 0, TP_ERROR_NO_WINDOW},
                         {kPattern, "", "", "", 0x7ffffff1, TP_ERROR_NO_WINDOW},
                         {kPattern, "", "", "", ULONG_MAX, TP_ERROR_NO_WINDOW}};

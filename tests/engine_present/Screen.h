@@ -11,7 +11,6 @@
 #undef Status
 
 #include <atomic>
-#include <mutex>
 #include <vector>
 
 namespace tide {

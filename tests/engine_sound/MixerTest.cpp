@@ -15,36 +15,28 @@ using engine_test::eventually;
 
 constexpr int kRate = 48000; // of the device, with two channels
 
-struct Sound
-{
-    int rate = 8000;
-    int channels = 1;
-};
-
-FramePtr makeFrame(Sound sound, Microseconds length, const std::function<double(double seconds)>& wave)
+// In stereo.
+FramePtr makeFrame(int rate, Microseconds length, const std::function<double(double seconds)>& wave)
 {
     FramePtr frame(av_frame_alloc());
     frame->format = AV_SAMPLE_FMT_FLTP;
-    frame->sample_rate = sound.rate;
-    frame->nb_samples = static_cast<int>(length.count() * sound.rate / 1'000'000);
-    av_channel_layout_default(&frame->ch_layout, sound.channels);
+    frame->sample_rate = rate;
+    frame->nb_samples = static_cast<int>(length.count() * rate / 1'000'000);
+    av_channel_layout_default(&frame->ch_layout, 2);
     av_frame_get_buffer(frame.get(), 0);
-    for (int channel = 0; channel < sound.channels; ++channel) {
-        for (int i = 0; i < frame->nb_samples; ++i)
-            reinterpret_cast<float*>(frame->extended_data[channel])[i] =
-                static_cast<float>(wave(static_cast<double>(i) / sound.rate));
-    }
+    for (int i = 0; i < 2 * frame->nb_samples; ++i)
+        reinterpret_cast<float*>(frame->extended_data[i % 2])[i / 2] = static_cast<float>(wave(i / 2 / double(rate)));
     return frame;
 }
 
 FramePtr level(double value, Microseconds length)
 {
-    return makeFrame({kRate, 2}, length, [value](double) { return value; });
+    return makeFrame(kRate, length, [value](double) { return value; });
 }
 
 FramePtr rise(Microseconds length)
 {
-    return makeFrame({kRate, 2}, length, [](double seconds) { return std::min(0.8, 40 * seconds); });
+    return makeFrame(kRate, length, [](double seconds) { return std::min(0.8, 40 * seconds); });
 }
 
 // The left channel, 1 being full scale.
@@ -104,17 +96,13 @@ protected:
     std::shared_ptr<Voice> voice_ = mixer_->makeVoice();
 };
 
-class AnySound : public MixerTest, public ::testing::WithParamInterface<Sound>
-{
-};
-
-TEST_P(AnySound, isHeardAtItsTimeAtItsPitchAndVolume)
+TEST_F(MixerTest, soundIsHeardAtItsTimeAtItsPitchAndVolume)
 {
     const TimePoint start = Clock::now();
     voice_->setVolume(32768);
     ASSERT_TRUE(mixer_->open(voice_));
-    const FramePtr frame = makeFrame(
-        GetParam(), 100ms, [](double seconds) { return 0.5 * std::sin(2 * 3.14159265358979 * 1000 * seconds); });
+    const FramePtr frame =
+        makeFrame(44100, 100ms, [](double seconds) { return 0.5 * std::sin(2 * 3.14159265358979 * 1000 * seconds); });
     voice_->push(*frame, start + 200ms);
     voice_->push(*frame, start + 300ms);
     voice_->push(*frame, start + 550ms);
@@ -130,8 +118,6 @@ TEST_P(AnySound, isHeardAtItsTimeAtItsPitchAndVolume)
     EXPECT_LT(played.peak(first + kRate / 5 + 200, kRate / 10), 0.001);
     EXPECT_TRUE(played.isStereoEqual);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rates, AnySound, ::testing::Values(Sound{8000, 1}, Sound{44100, 2}, Sound{96000, 2}));
 
 TEST_F(MixerTest, volumeChangesWithoutAClickAndIsKeptWhileClosed)
 {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <atomic>
-#include <condition_variable>
 #include <cstring>
 #include <mutex>
 #include <vector>
@@ -15,16 +14,15 @@ using Heard = std::array<float, 4>; // box, kind and place
 struct Ear
 {
     std::mutex mutex;
-    std::condition_variable changed;
     std::vector<Heard> heard;
-    std::atomic<int> running{0};
-    std::atomic<int> delayMs{0};
-    std::atomic<int> stops{-1}; // the listener that the function stops
+    std::atomic<int> running{0}, delayMs{0}, stops{-1}; // the last: the listener that the function stops
 
     bool waitFor(std::size_t count)
     {
-        std::unique_lock lock(mutex);
-        return changed.wait_for(lock, 8s, [&] { return heard.size() >= count; });
+        return eventually([&] {
+            const std::lock_guard lock(mutex);
+            return heard.size() >= count;
+        });
     }
 };
 Ear* ear = nullptr;
@@ -45,7 +43,6 @@ void hear(int, int kind, void* data, unsigned length)
     EXPECT_EQ(id > 0 ? TP_StopFishListener(id) : 0, 0);
     const std::lock_guard lock(ear->mutex);
     ear->heard.push_back({static_cast<float>(message.box), static_cast<float>(message.kind), at.x, at.y});
-    ear->changed.notify_all();
     --ear->running;
 }
 
@@ -66,17 +63,12 @@ Response saying(const std::string& text, const std::string& idle = "\r\n")
 class FishListenerTest : public TransferTest
 {
 protected:
-    void SetUp() override
+    FishListenerTest()
     {
-        TransferTest::SetUp();
         ear = &ear_;
         EXPECT_EQ(TP_SetFishMsgCallBack(&hear), 0);
     }
-    void TearDown() override
-    {
-        EXPECT_EQ(TP_SetFishMsgCallBack(nullptr), 0);
-        TransferTest::TearDown();
-    }
+    ~FishListenerTest() override { EXPECT_EQ(TP_SetFishMsgCallBack(nullptr), 0); }
 
     Ear ear_;
 };
