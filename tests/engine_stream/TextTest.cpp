@@ -1,7 +1,6 @@
 #include "engine/stream/Address.h"
 #include "engine/stream/TimeText.h"
 
-#include <clocale>
 #include <cstdlib>
 #include <gtest/gtest.h>
 
