@@ -2,10 +2,14 @@
 
 #include "include/lumen_deck/lumen_deck.h"
 #include "tests/double/EngineDouble.h"
+#include "tests/support/Functions.h"
 
 #include <QApplication>
 #include <QJsonDocument>
 #include <QWidget>
+
+#include <functional>
+#include <string>
 
 // A wall on the engine double, without a display. Built anew for every input, so that each stands by itself.
 namespace fuzz {
@@ -31,6 +35,17 @@ public:
     void ask(QJsonDocument* (*function)(QWidget*, const QJsonDocument*), const std::string& text)
     {
         const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
+        LD_Release(function(&widget_, &document));
+    }
+
+    // A function's name and its document: "LD_Pause {...}". A name that a mutation has spoilt stands for some function.
+    void call(const std::string& line)
+    {
+        const std::string name = line.substr(0, line.find(' '));
+        const std::vector<functions::Function>& all = functions::all();
+        const auto known = std::find_if(all.begin(), all.end(), [&](const auto& one) { return one.name == name; });
+        const auto& function = known != all.end() ? *known : all[std::hash<std::string>{}(name) % all.size()];
+        const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(line.substr(name.size())));
         LD_Release(function(&widget_, &document));
     }
 

@@ -10,7 +10,6 @@
 #include <QWheelEvent>
 
 #include <cctype>
-#include <map>
 
 namespace {
 
@@ -19,19 +18,7 @@ using fuzz::Input;
 
 void runVerb(FuzzWall& wall, const std::string& line)
 {
-    static const std::map<std::string, QJsonDocument* (*)(QWidget*, const QJsonDocument*)> verbs{
-        {"LD_SetRectInfo", LD_SetRectInfo},           {"LD_SetPointInfo", LD_SetPointInfo},
-        {"LD_SetPolygonInfo", LD_SetPolygonInfo},     {"LD_SetDrawStatus", LD_SetDrawStatus},
-        {"LD_SetTextOverlay", LD_SetTextOverlay},     {"LD_SetLineInfo", LD_SetLineInfo},
-        {"LD_ClearShapeByType", LD_ClearShapeByType}, {"LD_ClearShapeById", LD_ClearShapeById},
-        {"LD_SelectShape", LD_SelectShape},           {"LD_SetDrawCallback", LD_SetDrawCallback},
-        {"LD_SetDrawShapeInfo", LD_SetDrawShapeInfo}, {"LD_SetGridInfo", LD_SetGridInfo},
-        {"LD_EnableEZoom", LD_EnableEZoom},           {"LD_ArrangeWindow", LD_ArrangeWindow},
-    };
-    const std::size_t blank = std::min(line.find(' '), line.size());
-    const auto verb = verbs.find(line.substr(0, blank));
-    if (verb != verbs.end())
-        wall.ask(verb->second, line.substr(blank));
+    wall.call(line);
     for (auto* const query :
          {LD_GetPolygonInfo, LD_GetTextOverlay, LD_GetLineInfo, LD_GetPointInfo, LD_GetRectInfo, LD_GetGridInfo})
         LD_Release(query(wall.widget()));

@@ -93,7 +93,10 @@ template <class Result, class... Arguments> void call(Result (*function)(Argumen
     }
 }
 
-#define LUMEN_FUZZ_CALL(function) [](Input& input) { call(function, input); }
+void call(void (*function)(Input&), Input& input)
+{
+    function(input);
+}
 
 // A transfer record points on, and must point to something.
 void rotate(Input& input)
@@ -103,63 +106,11 @@ void rotate(Input& input)
     TP_SR_Rotate(static_cast<int>(takeNumber(input)), &transfer);
 }
 
-constexpr void (*kCalls[])(Input&) = {
-    LUMEN_FUZZ_CALL(TP_Play),
-    LUMEN_FUZZ_CALL(TP_ReversePlay),
-    LUMEN_FUZZ_CALL(TP_Stop),
-    LUMEN_FUZZ_CALL(TP_Pause),
-    LUMEN_FUZZ_CALL(TP_Resume),
-    LUMEN_FUZZ_CALL(TP_Fast),
-    LUMEN_FUZZ_CALL(TP_Slow),
-    LUMEN_FUZZ_CALL(TP_FrameForward),
-    LUMEN_FUZZ_CALL(TP_GetScale),
-    LUMEN_FUZZ_CALL(TP_GetPictureSize),
-    LUMEN_FUZZ_CALL(TP_SetReconnectInfo),
-    LUMEN_FUZZ_CALL(TP_SetDisplayRegion),
-    LUMEN_FUZZ_CALL(TP_SetDisplayBuf),
-    LUMEN_FUZZ_CALL(TP_WndResolutionChange),
-    LUMEN_FUZZ_CALL(TP_RigisterDrawFun),
-    LUMEN_FUZZ_CALL(TP_EnableIVS),
-    LUMEN_FUZZ_CALL(TP_RenderPrivateDataEx),
-    LUMEN_FUZZ_CALL(TP_SetOverlayPriInfoFlag),
-    LUMEN_FUZZ_CALL(TP_RegAdditionFun),
-    LUMEN_FUZZ_CALL(TP_JPEGCapture),
-    LUMEN_FUZZ_CALL(TP_BMPCapture),
-    LUMEN_FUZZ_CALL(TP_GetOSDTime),
-    LUMEN_FUZZ_CALL(TP_StartSave),
-    LUMEN_FUZZ_CALL(TP_StopSave),
-    LUMEN_FUZZ_CALL(TP_SwitchFile),
-    LUMEN_FUZZ_CALL(TP_GetRecordFileSize),
-    LUMEN_FUZZ_CALL(TP_OpenSound),
-    LUMEN_FUZZ_CALL(TP_CloseSound),
-    LUMEN_FUZZ_CALL(TP_SetVolume),
-    LUMEN_FUZZ_CALL(TP_GetVolume),
-    LUMEN_FUZZ_CALL(TP_FEC_Play),
-    LUMEN_FUZZ_CALL(TP_FECRigisterDrawFun),
-    LUMEN_FUZZ_CALL(TP_FEC_GetParam),
-    LUMEN_FUZZ_CALL(TP_FEC_UpDateParam),
-    LUMEN_FUZZ_CALL(TP_FEC_SetDrawType),
-    LUMEN_FUZZ_CALL(TP_FEC_SetFinshDraw),
-    LUMEN_FUZZ_CALL(TP_FEC_IsInFinshDraw),
-    LUMEN_FUZZ_CALL(TP_FEC_PTZ2WindowEx),
-    LUMEN_FUZZ_CALL(TP_FEC_TestScan),
-    LUMEN_FUZZ_CALL(TP_FEC_CapturePIC),
-    LUMEN_FUZZ_CALL(TP_StartFishListener),
-    LUMEN_FUZZ_CALL(TP_StopFishListener),
-    LUMEN_FUZZ_CALL(TP_SetFishMsgCallBack),
-    rotate,
-    LUMEN_FUZZ_CALL(TP_StartAsynUpload),
-    LUMEN_FUZZ_CALL(TP_StopAsynUpload),
-    LUMEN_FUZZ_CALL(TP_GetUploadErrorInfo),
-    LUMEN_FUZZ_CALL(TP_Upload),
-    LUMEN_FUZZ_CALL(TP_StartDownload),
-    LUMEN_FUZZ_CALL(TP_StopDownload),
-    LUMEN_FUZZ_CALL(TP_GetDownloadStatus),
-    LUMEN_FUZZ_CALL(TP_StartVoiceTalk),
-    LUMEN_FUZZ_CALL(TP_StopVoiceTalk),
-    LUMEN_FUZZ_CALL(TP_Encrypt),
-    LUMEN_FUZZ_CALL(TP_Decrypt),
-};
+template <auto... kFunctions> void callOneOf(Input& input)
+{
+    constexpr void (*calls[])(Input&) = {[](Input& from) { call(kFunctions, from); }...};
+    calls[input.take<std::uint8_t>() % std::size(calls)](input);
+}
 
 } // namespace
 
@@ -182,7 +133,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     Input input(data, size);
     while (input)
-        kCalls[input.take<std::uint8_t>() % std::size(kCalls)](input);
+        callOneOf<TP_Play, TP_ReversePlay, TP_Stop, TP_Pause, TP_Resume, TP_Fast, TP_Slow, TP_FrameForward, TP_GetScale,
+                  TP_GetPictureSize, TP_SetReconnectInfo, TP_SetDisplayRegion, TP_SetDisplayBuf, TP_WndResolutionChange,
+                  TP_RigisterDrawFun, TP_EnableIVS, TP_RenderPrivateDataEx, TP_SetOverlayPriInfoFlag, TP_RegAdditionFun,
+                  TP_JPEGCapture, TP_BMPCapture, TP_GetOSDTime, TP_StartSave, TP_StopSave, TP_SwitchFile,
+                  TP_GetRecordFileSize, TP_OpenSound, TP_CloseSound, TP_SetVolume, TP_GetVolume, TP_FEC_Play,
+                  TP_FECRigisterDrawFun, TP_FEC_GetParam, TP_FEC_UpDateParam, TP_FEC_SetDrawType, TP_FEC_SetFinshDraw,
+                  TP_FEC_IsInFinshDraw, TP_FEC_PTZ2WindowEx, TP_FEC_TestScan, TP_FEC_CapturePIC, TP_StartFishListener,
+                  TP_StopFishListener, TP_SetFishMsgCallBack, rotate, TP_StartAsynUpload, TP_StopAsynUpload,
+                  TP_GetUploadErrorInfo, TP_Upload, TP_StartDownload, TP_StopDownload, TP_GetDownloadStatus,
+                  TP_StartVoiceTalk, TP_StopVoiceTalk, TP_Encrypt, TP_Decrypt>(input);
     for (const int id : g_ids)
         TP_Stop(id);
     g_ids.clear();

@@ -69,6 +69,15 @@ TEST(FisheyeGeometry, APointOfTheWindowIsFoundAgainByItsSceneInEveryMountingAndP
     }
 }
 
+TEST(FisheyeGeometry, StraightLinesAreStraightInAView)
+{
+    const ViewGeometry view = viewAt(PlaceType::Ceiling, {0.7, 0.4});
+    forPoints(0.1, 0.9, [&](Point p) {
+        const Ray middle = *view.sceneAt({0.5 * (p.x + 0.3), 0.5 * (p.y + 0.6)});
+        EXPECT_NEAR(dot(cross(*view.sceneAt(p), *view.sceneAt({0.3, 0.6})), middle), 0, 1e-9);
+    });
+}
+
 TEST(FisheyeGeometry, WhatStandsUprightStandsUprightInAView)
 {
     for (const PlaceType place : kPlaces) {
@@ -125,10 +134,10 @@ TEST(FisheyeGeometry, ATinyMoveFromTheMiddleStepsTheViewThatWay)
             const Aim aim = aimAt(place, position);
             return Aim{aim.pan - start.pan, aim.tilt - start.tilt};
         };
-        EXPECT_LT(stepped(0.5 - 0.0028, 0.5).pan, -1e-4);
-        EXPECT_GT(stepped(0.5 + 0.0028, 0.5).pan, 1e-4);
-        EXPECT_GT(stepped(0.5, 0.5 - 0.0028).tilt, 1e-4);
-        EXPECT_LT(stepped(0.5, 0.5 + 0.0028).tilt, -1e-4);
+        for (const double step : {-0.0028, 0.0028}) {
+            EXPECT_GT(stepped(0.5 + step, 0.5).pan * step, 1e-7);
+            EXPECT_LT(stepped(0.5, 0.5 + step).tilt * step, -1e-7);
+        }
         EXPECT_EQ(stepped(0.5, 0.5).pan, 0.0);
         EXPECT_GT(stepped(0.5 - 0.05, 0.5).pan, 1e-3) << "a grab goes the other way";
     }
@@ -156,9 +165,7 @@ TEST(FisheyeGeometry, AScanGoesOnForEverFromOneStart)
         views->add(1, place, CorrectType::View, at(0.6, 0.3));
         Aim last = aimAt(place, {0.6, 0.3});
         const double tilt = last.tilt;
-        double least = 9.0;
-        double most = -9.0;
-        int turns = 0;
+        double least = 9.0, most = -9.0;
         for (int tick = 0; tick < 600; ++tick) {
             Point position;
             ASSERT_EQ(views->scan(1, place, {0.6F, 0.3F}, step, position), Failure::None);
@@ -166,7 +173,6 @@ TEST(FisheyeGeometry, AScanGoesOnForEverFromOneStart)
             const Aim aim = aimAt(place, position);
             EXPECT_NEAR(std::abs(std::remainder(aim.pan - last.pan, 2 * kPi)), step * kPi, 1e-5);
             EXPECT_NEAR(aim.tilt, tilt, 1e-4);
-            turns += aim.pan < last.pan ? 1 : 0;
             last = aim;
             least = std::min(least, aim.pan);
             most = std::max(most, aim.pan);
@@ -174,7 +180,6 @@ TEST(FisheyeGeometry, AScanGoesOnForEverFromOneStart)
         EXPECT_LT(least, -0.9);
         EXPECT_GT(most, 0.9);
         EXPECT_EQ(most > 3.0, place != PlaceType::Wall); // round, or to and fro
-        EXPECT_EQ(turns > 50, place == PlaceType::Wall);
     }
 }
 
@@ -186,15 +191,11 @@ TEST(EagleEyeTest, AddsStepsAndReplacesTheTravelOfADrag)
         return std::atan2(front.x, front.z);
     };
     const double step = 0.0026 * kPi * 3;
-    struct Row
-    {
-        double e0, e3, yaw;
-    };
-    for (const Row& row : {Row{step, 0, step}, Row{step, 0, 2 * step}, Row{0.2, 0, 0.2 + 2 * step},
-                           Row{0.5, 0, 0.5 + 2 * step}, Row{0.4, 0.05, 0.4 + 2 * step}, Row{0, 0, 0.4 + 2 * step},
-                           Row{0.1, 0, 0.5 + 2 * step}, Row{-0.3, 0, 0.2 + 2 * step}}) {
-        EXPECT_EQ(eye.rotate(static_cast<float>(row.e0), 0, row.e3), Failure::None);
-        EXPECT_NEAR(yaw(), row.yaw, 1e-5) << row.e0;
+    const double rows[][3] = {{step, 0, -step}, {step, 0, 0}, {0.2, 0, 0.2}, {0.5, 0, 0.5},
+                              {0.4, 0.05, 0.4}, {0, 0, 0.4},  {0.1, 0, 0.5}, {-0.3, 0, 0.2}};
+    for (const auto& [aside, zoom, after] : rows) {
+        EXPECT_EQ(eye.rotate(static_cast<float>(aside), 0, zoom), Failure::None);
+        EXPECT_NEAR(yaw(), 2 * step + after, 1e-5) << aside;
     }
     const Ray right = eye.look({}).warp.right;
     EXPECT_NEAR(std::sqrt(dot(right, right)), std::exp(-0.05), 1e-9);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/present/Presenter.h"
+#include "tests/support/Engine.h"
 
 #include <GL/glx.h>
 #include <X11/Xlib.h>
@@ -9,28 +10,12 @@
 #undef Bool
 #undef Status
 
-#include <gtest/gtest.h>
-
 #include <atomic>
-#include <chrono>
-#include <cstdlib>
-#include <mutex>
-#include <thread>
 #include <vector>
 
 namespace tide {
 
-template <typename Condition>
-bool eventually(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(5))
-{
-    const TimePoint end = Clock::now() + limit;
-    while (!condition()) {
-        if (Clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
-}
+using engine_test::eventually;
 
 struct Colour
 {
@@ -83,12 +68,8 @@ public:
     // A place outside the window reads as white.
     Colour at(Window window, int x, int y)
     {
-        XImage* image = XGetImage(display_, window, x, y, 1, 1, AllPlanes, ZPixmap);
-        if (image == nullptr)
-            return {255, 255, 255};
-        const unsigned long pixel = XGetPixel(image, 0, 0);
-        XDestroyImage(image);
-        return {static_cast<int>(pixel >> 16 & 255), static_cast<int>(pixel >> 8 & 255), static_cast<int>(pixel & 255)};
+        const auto pixels = read(window, x, y, 1, 1);
+        return pixels.empty() ? Colour{255, 255, 255} : pixels.front();
     }
 
     // Row by row; nothing where a part lies outside the screen.

@@ -4,14 +4,21 @@
 #include "engine/stream/PacketSink.h"
 #include "tests/support/Engine.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <functional>
+#include <cstdlib>
+#include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace record_test {
 
 // Runs the ffmpeg tool; `arguments` ends with the file that it makes.
-void makeClip(const std::string& arguments);
+inline void makeClip(const std::string& arguments)
+{
+    if (std::system(("ffmpeg -nostdin -v error -y " + arguments).c_str()) != 0)
+        throw std::runtime_error("ffmpeg " + arguments);
+}
 
 struct Packet
 {
@@ -24,23 +31,105 @@ struct Packet
 class Clip
 {
 public:
-    explicit Clip(const std::string& path);
+    explicit Clip(const std::string& path)
+    {
+        AVFormatContext* opened = nullptr;
+        if (avformat_open_input(&opened, path.c_str(), nullptr, nullptr) < 0)
+            return;
+        demuxer_.reset(opened);
+        avformat_find_stream_info(opened, nullptr);
+        for (tide::PacketPtr packet(av_packet_alloc()); av_read_frame(opened, packet.get()) >= 0;)
+            packets_.push_back(std::exchange(packet, tide::PacketPtr(av_packet_alloc())));
+    }
 
-    std::vector<Packet> packets(AVMediaType type) const;
-    const AVCodecParameters* parameters(AVMediaType type) const;
-    double duration() const;
-    int decodable(AVMediaType type) const; // how many frames come out of the decoder without an error
-    tide::FramePtr firstPicture() const;
+    std::vector<Packet> packets(AVMediaType type) const
+    {
+        const int stream = streamOf(type);
+        std::vector<Packet> found;
+        for (const auto& packet : packets_) {
+            if (packet->stream_index != stream)
+                continue;
+            const double base = av_q2d(demuxer_->streams[stream]->time_base);
+            found.push_back({static_cast<double>(packet->pts) * base,
+                             static_cast<double>(packet->dts) * base,
+                             (packet->flags & AV_PKT_FLAG_KEY) != 0,
+                             {packet->data, packet->data + packet->size}});
+        }
+        return found;
+    }
+
+    const AVCodecParameters* parameters(AVMediaType type) const
+    {
+        const int stream = streamOf(type);
+        return stream < 0 ? nullptr : demuxer_->streams[stream]->codecpar;
+    }
+
+    double duration() const { return demuxer_ ? static_cast<double>(demuxer_->duration) / AV_TIME_BASE : 0; }
+
+    int decodable(AVMediaType type) const // how many frames come out of the decoder without an error
+    {
+        int frames = 0;
+        decode(type, [&](const AVFrame& frame) { frames += frame.decode_error_flags == 0; });
+        return frames;
+    }
+
+    tide::FramePtr firstPicture() const
+    {
+        tide::FramePtr first;
+        decode(AVMEDIA_TYPE_VIDEO, [&](const AVFrame& frame) {
+            if (!first)
+                first.reset(av_frame_clone(&frame));
+        });
+        return first;
+    }
 
     // Does what a stream does for its sinks, for the packets from `first` on, as many as `count`.
-    void announce(tide::PacketSink& sink) const;
-    void feed(tide::PacketSink& sink, std::size_t first = 0, std::size_t count = SIZE_MAX) const;
+    void announce(tide::PacketSink& sink) const
+    {
+        std::vector<tide::TrackInfo> tracks;
+        for (unsigned i = 0; i < demuxer_->nb_streams; ++i) {
+            const AVStream& stream = *demuxer_->streams[i];
+            tracks.push_back({stream.codecpar, stream.time_base, stream.avg_frame_rate});
+        }
+        sink.tracks(tracks);
+    }
+
+    void feed(tide::PacketSink& sink, std::size_t first = 0, std::size_t count = SIZE_MAX) const
+    {
+        const std::size_t end = first + std::min(count, packets_.size() - first);
+        for (std::size_t i = first; i < end; ++i)
+            sink.packet(*packets_[i]);
+    }
+
     std::size_t size() const { return packets_.size(); }
-    std::size_t nextKeyPicture(std::size_t from) const;
 
 private:
-    int streamOf(AVMediaType type) const;
-    void decode(AVMediaType type, const std::function<void(const AVFrame&)>& take) const;
+    int streamOf(AVMediaType type) const
+    {
+        return demuxer_ ? av_find_best_stream(demuxer_.get(), type, -1, -1, nullptr, 0) : -1;
+    }
+
+    template <class Take> void decode(AVMediaType type, Take take) const
+    {
+        const int stream = streamOf(type);
+        if (stream < 0)
+            return;
+        const AVCodec* codec = avcodec_find_decoder(parameters(type)->codec_id);
+        const tide::CodecPtr decoder(avcodec_alloc_context3(codec));
+        avcodec_parameters_to_context(decoder.get(), parameters(type));
+        avcodec_open2(decoder.get(), codec, nullptr);
+        const tide::FramePtr frame(av_frame_alloc());
+        const auto decodeOne = [&](const AVPacket* packet) {
+            avcodec_send_packet(decoder.get(), packet);
+            while (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
+                take(*frame);
+        };
+        for (const auto& packet : packets_) {
+            if (packet->stream_index == stream)
+                decodeOne(packet.get());
+        }
+        decodeOne(nullptr);
+    }
 
     tide::DemuxerPtr demuxer_;
     std::vector<tide::PacketPtr> packets_;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace tide {
 namespace {
@@ -33,47 +34,34 @@ double psnr(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>&
     return 10 * std::log10(255.0 * 255.0 * static_cast<double>(a.size()) / std::max(squares, 1.0));
 }
 
-struct Picture
+TEST(SnapshotTest, anyPictureIsSavedAsItIsShown)
 {
-    const char* arguments;
-    AVColorSpace space; // as which a viewer of the video shows it
-};
-
-class AnyPicture : public ::testing::TestWithParam<Picture>
-{
-};
-
-TEST_P(AnyPicture, isSavedAsItIsShown)
-{
-    const Folder folder;
-    const std::string source = folder / "source.mkv";
-    record_test::makeClip("-f lavfi -i " + std::string(GetParam().arguments) + " -frames:v 1 " + source);
-    const FramePtr shown = Clip(source).firstPicture();
-    ASSERT_TRUE(shown);
-    const auto expected = toRgb(*shown, GetParam().space);
     const struct
     {
-        PictureFile kind;
-        const char* name;
-        double least;
-    } files[] = {{PictureFile::Jpeg, "shot.jpg", 37}, {PictureFile::Bmp, "shot.bmp", 44}};
-    for (const auto& file : files) {
-        EXPECT_EQ(saveSnapshot(*shown, file.kind, folder / file.name), Failure::None);
-        const FramePtr saved = Clip(folder / file.name).firstPicture();
-        ASSERT_TRUE(saved) << file.name;
-        ASSERT_EQ(saved->width, shown->width);
-        ASSERT_EQ(saved->height, shown->height);
-        EXPECT_GT(psnr(toRgb(*saved, AVCOL_SPC_SMPTE170M), expected), file.least) << file.name;
-        EXPECT_FALSE(std::filesystem::exists(folder / file.name + ".part"));
+        std::string arguments;
+        AVColorSpace space; // as which a viewer of the video shows it
+    } pictures[] = {{"smptehdbars=s=1920x1080 -c:v libx264 -pix_fmt yuv420p -qp 4", AVCOL_SPC_BT709},
+                    {"testsrc=s=352x288 -c:v libx264 -pix_fmt yuv420p -qp 4", AVCOL_SPC_SMPTE170M},
+                    {"testsrc=s=322x242 -c:v mjpeg -pix_fmt yuvj422p -q:v 2", AVCOL_SPC_SMPTE170M},
+                    {"smptebars=s=704x576 -c:v libx264 -pix_fmt yuv444p10 -qp 4", AVCOL_SPC_SMPTE170M}};
+    const Folder folder;
+    const std::string source = folder / "source.mkv";
+    for (const auto& picture : pictures) {
+        SCOPED_TRACE(picture.arguments);
+        record_test::makeClip("-f lavfi -i " + picture.arguments + " -frames:v 1 " + source);
+        const FramePtr shown = Clip(source).firstPicture();
+        ASSERT_TRUE(shown);
+        for (const auto& [kind, name, least] : {std::tuple(PictureFile::Jpeg, folder / "shot.jpg", 37),
+                                                std::tuple(PictureFile::Bmp, folder / "shot.bmp", 44)}) {
+            EXPECT_EQ(saveSnapshot(*shown, kind, name), Failure::None);
+            const FramePtr saved = Clip(name).firstPicture();
+            ASSERT_TRUE(saved) << name;
+            ASSERT_EQ(std::pair(saved->width, saved->height), std::pair(shown->width, shown->height));
+            EXPECT_GT(psnr(toRgb(*saved, AVCOL_SPC_SMPTE170M), toRgb(*shown, picture.space)), least) << name;
+        }
+        EXPECT_EQ(folder.count(), 3U); // no parts left
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pictures, AnyPicture,
-    ::testing::Values(Picture{"smptehdbars=s=1920x1080 -c:v libx264 -pix_fmt yuv420p -qp 4", AVCOL_SPC_BT709},
-                      Picture{"testsrc=s=352x288 -c:v libx264 -pix_fmt yuv420p -qp 4", AVCOL_SPC_SMPTE170M},
-                      Picture{"testsrc=s=322x242 -c:v mjpeg -pix_fmt yuvj422p -q:v 2", AVCOL_SPC_SMPTE170M},
-                      Picture{"smptebars=s=704x576 -c:v libx264 -pix_fmt yuv444p10 -qp 4", AVCOL_SPC_SMPTE170M}));
 
 } // namespace
 } // namespace tide

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
+#include <utility>
 
 namespace tide {
 namespace {
@@ -13,26 +15,12 @@ constexpr TrackTimes kPictures{{1, 90000}, kStep, 0};
 constexpr TrackTimes kReordered{{1, 90000}, kStep, 2};
 constexpr TrackTimes kSound{{1, 8000}, 160, 0};
 
-struct Times
-{
-    std::int64_t pts, dts;
-};
-
-bool operator==(Times a, Times b)
-{
-    return a.pts == b.pts && a.dts == b.dts;
-}
-
-void PrintTo(Times times, std::ostream* out)
-{
-    *out << times.pts << '/' << times.dts;
-}
+using Times = std::pair<std::int64_t, std::int64_t>; // for showing, for decoding
 
 Times mended(TimeMender& mender, Times times, std::size_t track = 0)
 {
     AVPacket packet{};
-    packet.pts = times.pts;
-    packet.dts = times.dts;
+    std::tie(packet.pts, packet.dts) = times;
     mender.mend(packet, track);
     return {packet.pts, packet.dts};
 }
@@ -60,8 +48,8 @@ TEST(TimeMender, jumpsAreClosedAndSoundStaysWithItsPicture)
     EXPECT_EQ(mended(mender, {5000, 5000}, 0), (Times{2 * kStep, 2 * kStep})); // back to another time line
     EXPECT_EQ(mended(mender, {80240, 80240}, 1), (Times{240, 240}));           // sound of the old one still comes
     EXPECT_EQ(mended(mender, {444 + 400, 444 + 400}, 1), (Times{640 + 400, 640 + 400}));
-    EXPECT_EQ(mended(mender, {5000 + 5 * 90000, 5000 + 5 * 90000}, 0).dts, 2 * kStep + 5 * 90000); // a real gap
-    EXPECT_EQ(mended(mender, {5000 + 50 * 90000, 5000 + 50 * 90000}, 0).dts, 3 * kStep + 5 * 90000);
+    EXPECT_EQ(mended(mender, {5000 + 5 * 90000, 5000 + 5 * 90000}, 0).second, 2 * kStep + 5 * 90000); // a real gap
+    EXPECT_EQ(mended(mender, {5000 + 50 * 90000, 5000 + 50 * 90000}, 0).second, 3 * kStep + 5 * 90000);
 }
 
 TEST(TimeMender, noTimesHoweverWildReachTheMuxerUnmended)
@@ -76,10 +64,9 @@ TEST(TimeMender, noTimesHoweverWildReachTheMuxerUnmended)
             return random() % 8 == 0 ? kNone : random() % 2 ? value : -value;
         };
         const std::size_t track = random() % 2;
-        const Times times = mended(mender, {wild(), wild()}, track);
-        ASSERT_GT(times.dts, last[track]) << i;
-        ASSERT_GE(times.pts, times.dts) << i;
-        last[track] = times.dts;
+        const auto [pts, dts] = mended(mender, {wild(), wild()}, track);
+        ASSERT_GT(dts, std::exchange(last[track], dts)) << i;
+        ASSERT_GE(pts, dts) << i;
     }
 }
 

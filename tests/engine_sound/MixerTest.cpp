@@ -1,4 +1,5 @@
 #include "engine/sound/Mixer.h"
+#include "tests/engine_sound/Pitch.h"
 #include "tests/support/AlsaFiles.h"
 
 #include <algorithm>
@@ -14,48 +15,28 @@ using engine_test::eventually;
 
 constexpr int kRate = 48000; // of the device, with two channels
 
-struct Sound
-{
-    AVSampleFormat format = AV_SAMPLE_FMT_S16;
-    int rate = 8000;
-    int channels = 1;
-};
-
-FramePtr makeFrame(Sound sound, Microseconds length, const std::function<double(double seconds)>& wave)
+// In stereo.
+FramePtr makeFrame(int rate, Microseconds length, const std::function<double(double seconds)>& wave)
 {
     FramePtr frame(av_frame_alloc());
-    frame->format = sound.format;
-    frame->sample_rate = sound.rate;
-    frame->nb_samples = static_cast<int>(length.count() * sound.rate / 1'000'000);
-    av_channel_layout_default(&frame->ch_layout, sound.channels);
+    frame->format = AV_SAMPLE_FMT_FLTP;
+    frame->sample_rate = rate;
+    frame->nb_samples = static_cast<int>(length.count() * rate / 1'000'000);
+    av_channel_layout_default(&frame->ch_layout, 2);
     av_frame_get_buffer(frame.get(), 0);
-    for (int channel = 0; channel < sound.channels; ++channel) {
-        for (int i = 0; i < frame->nb_samples; ++i) {
-            const double value = wave(static_cast<double>(i) / sound.rate);
-            if (sound.format == AV_SAMPLE_FMT_FLTP)
-                reinterpret_cast<float*>(frame->extended_data[channel])[i] = static_cast<float>(value);
-            else
-                reinterpret_cast<std::int16_t*>(frame->data[0])[i * sound.channels + channel] =
-                    static_cast<std::int16_t>(value * 32767);
-        }
-    }
+    for (int i = 0; i < 2 * frame->nb_samples; ++i)
+        reinterpret_cast<float*>(frame->extended_data[i % 2])[i / 2] = static_cast<float>(wave(i / 2 / double(rate)));
     return frame;
 }
 
 FramePtr level(double value, Microseconds length)
 {
-    return makeFrame({AV_SAMPLE_FMT_FLTP, kRate, 2}, length, [value](double) { return value; });
+    return makeFrame(kRate, length, [value](double) { return value; });
 }
 
 FramePtr rise(Microseconds length)
 {
-    return makeFrame({AV_SAMPLE_FMT_FLTP, kRate, 2}, length,
-                     [](double seconds) { return std::min(0.8, 40 * seconds); });
-}
-
-double tone(double seconds)
-{
-    return 0.5 * std::sin(2 * 3.14159265358979 * 1000 * seconds);
+    return makeFrame(kRate, length, [](double seconds) { return std::min(0.8, 40 * seconds); });
 }
 
 // The left channel, 1 being full scale.
@@ -84,21 +65,6 @@ public:
             found = std::max(found, std::abs(samples[i]));
         return found;
     }
-    double steepest() const
-    {
-        double found = 0;
-        for (std::size_t i = 1; i < samples.size(); ++i)
-            found = std::max(found, std::abs(samples[i] - samples[i - 1]));
-        return found;
-    }
-    int risingCrossings(std::size_t from, std::size_t count) const
-    {
-        int found = 0;
-        for (std::size_t i = from + 1; i < std::min(samples.size(), from + count); ++i)
-            found += samples[i - 1] < 0 && samples[i] >= 0;
-        return found;
-    }
-
     std::vector<double> samples;
     bool isStereoEqual = true;
 };
@@ -130,16 +96,13 @@ protected:
     std::shared_ptr<Voice> voice_ = mixer_->makeVoice();
 };
 
-class AnySound : public MixerTest, public ::testing::WithParamInterface<Sound>
-{
-};
-
-TEST_P(AnySound, isHeardAtItsTimeAtItsPitchAndVolume)
+TEST_F(MixerTest, soundIsHeardAtItsTimeAtItsPitchAndVolume)
 {
     const TimePoint start = Clock::now();
     voice_->setVolume(32768);
     ASSERT_TRUE(mixer_->open(voice_));
-    const FramePtr frame = makeFrame(GetParam(), 100ms, tone);
+    const FramePtr frame =
+        makeFrame(44100, 100ms, [](double seconds) { return 0.5 * std::sin(2 * 3.14159265358979 * 1000 * seconds); });
     voice_->push(*frame, start + 200ms);
     voice_->push(*frame, start + 300ms);
     voice_->push(*frame, start + 550ms);
@@ -150,19 +113,16 @@ TEST_P(AnySound, isHeardAtItsTimeAtItsPitchAndVolume)
     const std::size_t second = played.onset(first + kRate / 4);
     EXPECT_NEAR(static_cast<double>(first), 0.2 * kRate, 0.05 * kRate);
     EXPECT_NEAR(static_cast<double>(second - first), 0.35 * kRate, 0.003 * kRate);
-    EXPECT_NEAR(played.risingCrossings(first, kRate / 5), 200, 3);
+    EXPECT_NEAR(pitch(files_.played(), kRate, 2), 1000, 5);
     EXPECT_NEAR(played.peak(first, kRate / 5), 0.25, 0.01);
     EXPECT_LT(played.peak(first + kRate / 5 + 200, kRate / 10), 0.001);
     EXPECT_TRUE(played.isStereoEqual);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, AnySound,
-                         ::testing::Values(Sound{AV_SAMPLE_FMT_S16, 8000, 1}, Sound{AV_SAMPLE_FMT_FLTP, 44100, 2},
-                                           Sound{AV_SAMPLE_FMT_S16, 96000, 2}));
-
 TEST_F(MixerTest, volumeChangesWithoutAClickAndIsKeptWhileClosed)
 {
     EXPECT_EQ(voice_->volume(), 65535);
+    EXPECT_EQ(soundThreads(), 0);
     const FramePtr sound = rise(500ms);
     mixer_->open(voice_);
     const TimePoint start = Clock::now() + 100ms;
@@ -180,7 +140,8 @@ TEST_F(MixerTest, volumeChangesWithoutAClickAndIsKeptWhileClosed)
     EXPECT_NEAR(played.peak(0, kRate / 5), 0.8, 0.01);
     EXPECT_NEAR(played.samples.at(kRate * 7 / 20), 0, 0.001);
     EXPECT_NEAR(played.peak(kRate * 7 / 20, kRate), 0.2, 0.01);
-    EXPECT_LT(played.steepest(), 0.002);
+    for (std::size_t i = 1; i < played.samples.size(); ++i)
+        ASSERT_NEAR(played.samples[i], played.samples[i - 1], 0.002) << i;
 }
 
 TEST_F(MixerTest, onlyTheVoiceThatWasOpenedLastIsHeard)
@@ -242,19 +203,6 @@ TEST_F(MixerTest, soundThatIsAlwaysALittleLateIsHeardLaterButWhole)
     EXPECT_GT(std::count_if(played.samples.begin(), played.samples.end(), isHeard), kRate / 2);
 }
 
-TEST_F(MixerTest, hasAThreadOnlyWhileAVoiceIsOpen)
-{
-    EXPECT_EQ(soundThreads(), 0);
-    mixer_->open(voice_);
-    EXPECT_TRUE(eventually([] { return soundThreads() == 1; }, 5s));
-    mixer_->closeAll();
-    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
-    mixer_->open(voice_);
-    EXPECT_TRUE(eventually([] { return soundThreads() == 1; }, 5s));
-    voice_.reset(); // a stream that goes takes its voice along
-    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
-}
-
 TEST_F(MixerTest, aDeviceThatFailsIsReplacedUntilItIsBack)
 {
     files_.unplug();
@@ -265,6 +213,8 @@ TEST_F(MixerTest, aDeviceThatFailsIsReplacedUntilItIsBack)
     EXPECT_EQ(soundThreads(), 1);
     files_.putBack();
     EXPECT_TRUE(eventually([&] { return !files_.played().empty(); }, 5s));
+    voice_.reset(); // a stream that goes takes its voice along, and the thread with the last
+    EXPECT_TRUE(eventually([] { return soundThreads() == 0; }, 5s));
     EXPECT_NEAR(heard().peak(0, kRate), 0.5, 0.01);
 }
 

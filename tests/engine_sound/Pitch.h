@@ -14,7 +14,7 @@ inline double pitch(const std::vector<std::int16_t>& samples, int rate, std::siz
         if (samples[i - channels] < 0 && samples[i] >= 0)
             lengths.push_back((i - std::exchange(before, i)) / channels);
     }
-    if (lengths.size() < 400)
+    if (lengths.size() < 200)
         return 0;
     std::nth_element(lengths.begin(), lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2), lengths.end());
     return rate / static_cast<double>(lengths[lengths.size() / 2]);

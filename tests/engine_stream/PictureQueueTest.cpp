@@ -9,150 +9,74 @@ namespace tide {
 namespace {
 
 using namespace std::chrono_literals;
-using std::chrono::milliseconds;
-
-constexpr Microseconds kFrame = 40ms;
-
-PicturePtr pictureAt(Microseconds position)
-{
-    auto picture = std::make_shared<Picture>();
-    picture->position = position;
-    return picture;
-}
 
 class PictureQueueTest : public ::testing::Test
 {
 protected:
-    void pushMany(PictureQueue& queue, int first, int count)
+    PictureQueue::Pushed push(Microseconds position)
     {
-        for (int i = first; i < first + count; ++i)
-            queue.push(pictureAt(kFrame * i));
+        auto picture = std::make_shared<Picture>();
+        picture->position = position;
+        return queue_.push(std::move(picture));
     }
 
-    double dueInMs(const PictureQueue& queue)
+    double dueInMs() const
     {
-        return std::chrono::duration<double, std::milli>(queue.nextDue() - Clock::now()).count();
+        return std::chrono::duration<double, std::milli>(queue_.nextDue() - Clock::now()).count();
     }
 
     int wakes_ = 0;
-    std::function<void()> wake_ = [this] { ++wakes_; };
+    PictureQueue queue_{4, Direction::Forward, [this] { ++wakes_; }};
 };
 
 TEST_F(PictureQueueTest, PacesByPositionAndDropsWhatIsLate)
 {
-    PictureQueue queue(6, Direction::Forward, wake_);
     const TimePoint start = Clock::now();
-    pushMany(queue, 0, 5);
+    for (int i = 0; i < 5; ++i)
+        push(40ms * i);
     EXPECT_EQ(wakes_, 1); // only the first changes what is due next
-    EXPECT_EQ(queue.take(Clock::now())->position, 0ms);
-    EXPECT_NEAR(dueInMs(queue), 40, 15);
-    EXPECT_EQ(queue.take(start + 10ms), nullptr);
-    EXPECT_EQ(queue.take(start + 130ms)->position, 120ms); // 40 and 80 are passed over
-    EXPECT_EQ(queue.current()->position, 120ms);
-    queue.setSpeed(2.0);
-    const double half = dueInMs(queue);
-    queue.setSpeed(0.5);
-    EXPECT_NEAR(dueInMs(queue), half * 4, 15);
-}
-
-TEST_F(PictureQueueTest, BackwardRunsTheClockBackward)
-{
-    PictureQueue queue(6, Direction::Backward, wake_);
-    queue.push(pictureAt(400ms));
-    queue.push(pictureAt(360ms));
-    EXPECT_EQ(queue.take(Clock::now())->position, 400ms);
-    EXPECT_NEAR(dueInMs(queue), 40, 15);
-}
-
-TEST_F(PictureQueueTest, HeldUntilReleasedAndSteppedOneByOne)
-{
-    PictureQueue queue(6, Direction::Forward, wake_);
-    pushMany(queue, 0, 4);
-    queue.take(Clock::now());
-    queue.hold();
-    EXPECT_EQ(queue.nextDue(), TimePoint::max());
-    EXPECT_EQ(queue.take(Clock::now() + 1h), nullptr);
-    queue.step();
-    queue.step();
-    EXPECT_LE(queue.nextDue(), Clock::now());
-    EXPECT_EQ(queue.take(Clock::now())->position, 40ms);
-    EXPECT_EQ(queue.take(Clock::now())->position, 80ms);
-    EXPECT_EQ(queue.take(Clock::now()), nullptr);
-    std::this_thread::sleep_for(60ms);
-    queue.release();
-    EXPECT_NEAR(dueInMs(queue), 40, 15); // goes on from the picture stepped to
+    EXPECT_EQ(queue_.take(Clock::now())->position, 0ms);
+    EXPECT_NEAR(dueInMs(), 40, 15);
+    EXPECT_EQ(queue_.take(start + 10ms), nullptr);
+    EXPECT_EQ(queue_.take(start + 130ms)->position, 120ms); // 40 and 80 are passed over
+    EXPECT_EQ(queue_.current()->position, 120ms);
+    queue_.setSpeed(2.0);
+    const double half = dueInMs();
+    queue_.setSpeed(0.5);
+    EXPECT_NEAR(dueInMs(), half * 4, 15);
 }
 
 TEST_F(PictureQueueTest, ProducerWaitsForHalfTheQueueAndClosingEndsTheWait)
 {
-    PictureQueue queue(4, Direction::Forward, wake_);
     const TimePoint start = Clock::now();
-    pushMany(queue, 0, 4);
-    EXPECT_FALSE(queue.hasRoom());
-    auto room = std::async(std::launch::async, [&] { return queue.waitForRoom(); });
+    for (int i = 0; i < 4; ++i)
+        push(40ms * i);
+    EXPECT_FALSE(queue_.hasRoom());
+    auto room = std::async(std::launch::async, [&] { return queue_.waitForRoom(); });
     EXPECT_EQ(room.wait_for(50ms), std::future_status::timeout);
-    queue.take(start + 1ms);
+    queue_.take(start + 1ms);
     EXPECT_EQ(room.wait_for(20ms), std::future_status::timeout);
-    queue.take(start + 41ms);
+    queue_.take(start + 41ms);
     EXPECT_TRUE(room.get());
-    auto taken = std::async(std::launch::async, [&] { return queue.waitUntilTaken(); });
-    auto due = std::async(std::launch::async, [&] { return queue.waitUntilDue(1h); });
+    auto taken = std::async(std::launch::async, [&] { return queue_.waitUntilTaken(); });
+    auto due = std::async(std::launch::async, [&] { return queue_.waitUntilDue(1h); });
     // Far ahead of the clock: it would wait for an hour.
     EXPECT_EQ(due.wait_for(20ms), std::future_status::timeout);
-    queue.close();
+    queue_.close();
     EXPECT_FALSE(taken.get());
     EXPECT_FALSE(due.get());
-    EXPECT_FALSE(queue.waitForRoom());
+    EXPECT_FALSE(queue_.waitForRoom());
 }
 
 TEST_F(PictureQueueTest, FileThatIsFarBehindGoesOnFromThere)
 {
-    PictureQueue queue(6, Direction::Forward, wake_);
-    pushMany(queue, 0, 1);
-    queue.take(Clock::now());
+    push(0ms);
+    queue_.take(Clock::now());
     std::this_thread::sleep_for(400ms); // the source stood still
-    EXPECT_EQ(queue.push(pictureAt(40ms)), PictureQueue::Pushed::Late);
-    EXPECT_EQ(queue.push(pictureAt(80ms)), PictureQueue::Pushed::OnTime);
-    EXPECT_NE(queue.take(Clock::now()), nullptr);
-    EXPECT_NEAR(dueInMs(queue), 40, 15);
-}
-
-// A camera that sends four times faster than its time stamps say, and one that is held up and then sends all at once.
-TEST_F(PictureQueueTest, LiveDelayIsBounded)
-{
-    PictureQueue queue(6, Direction::Forward, wake_);
-    queue.setLive(true);
-    Microseconds newest{};
-    const auto send = [&](int count, milliseconds pause) {
-        for (int i = 0; i < count; ++i) {
-            newest += kFrame;
-            queue.push(pictureAt(newest));
-            queue.take(Clock::now());
-            std::this_thread::sleep_for(pause);
-        }
-    };
-    send(60, 10ms);
-    EXPECT_LE(newest - queue.current()->position, 400ms);
-    std::this_thread::sleep_for(500ms);
-    send(50, 0ms);
-    send(10, 40ms);
-    EXPECT_LE(newest - queue.current()->position, 400ms);
-}
-
-TEST_F(PictureQueueTest, LiveGoesOnWithThePresentAfterAPause)
-{
-    PictureQueue queue(3, Direction::Forward, wake_);
-    queue.setLive(true);
-    queue.push(pictureAt(0ms));
-    queue.take(Clock::now());
-    queue.hold();
-    pushMany(queue, 1, 100); // never holds the source back; what came first is kept for steps
-    queue.step();
-    EXPECT_EQ(queue.take(Clock::now())->position, kFrame);
-    queue.release();
-    EXPECT_TRUE(queue.isEmpty());
-    queue.push(pictureAt(kFrame * 101));
-    EXPECT_EQ(queue.take(Clock::now())->position, kFrame * 101);
+    EXPECT_EQ(push(40ms), PictureQueue::Pushed::Late);
+    EXPECT_EQ(push(80ms), PictureQueue::Pushed::OnTime);
+    EXPECT_NE(queue_.take(Clock::now()), nullptr);
+    EXPECT_NEAR(dueInMs(), 40, 15);
 }
 
 TEST(EffortControlTest, DoesLessWhenLateForLongAndMoreWhenInTime)

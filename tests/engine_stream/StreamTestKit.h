@@ -1,8 +1,17 @@
 #pragma once
 
+#include "engine/core/Log.h"
 #include "engine/stream/Stream.h"
+#include "tests/support/Engine.h"
+#include "tests/support/HttpServer.h"
 
+#include <QCoreApplication>
+#include <QProcess>
+#include <QUrl>
+
+#include <algorithm>
 #include <condition_variable>
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -11,36 +20,156 @@
 
 namespace tide {
 
-// A clip in the test's own folder, made once by the ffmpeg tool. `arguments` stand before the file name.
-std::string clip(const std::string& name, const std::string& arguments);
-std::string h264Clip(); // 3 s, 25 pictures a second, B pictures, groups of 20, with sound
+inline const engine_test::Folder& folder()
+{
+    static const engine_test::Folder one;
+    return one;
+}
 
-int testNumber(const AVFrame& frame); // the number that a test pattern has burnt in
+// A clip in the folder, made once by the ffmpeg tool. `arguments` stand before the file name.
+inline std::string clip(const std::string& name, const std::string& arguments)
+{
+    const std::string path = folder() / name;
+    const std::string command = "ffmpeg -nostdin -v error -y " + arguments + " " + path;
+    EXPECT_TRUE(std::filesystem::exists(path) || std::system(command.c_str()) == 0) << arguments;
+    return path;
+}
+
+inline std::string clipBytes(const std::string& name, const std::string& arguments)
+{
+    clip(name, arguments);
+    return folder().read(name);
+}
+
+inline std::string h264Clip() // 3 s, 25 pictures a second, B pictures, groups of 20, with sound
+{
+    return clip("h264.mp4", "-f lavfi -i testsrc2=size=320x240:rate=25:duration=3 -f lavfi -i sine=440:duration=3 "
+                            "-c:v libx264 -preset veryfast -bf 2 -g 20 -sc_threshold 0 -pix_fmt yuv420p -c:a aac");
+}
+
+inline StreamOptions optionsFor(const std::string& url, const std::string& auth = "", int protocol = 0)
+{
+    StreamOptions options;
+    options.url = url;
+    options.auth = auth;
+    options.protocol = protocol;
+    return options;
+}
+
+// The number that a test pattern has burnt in.
+inline int testNumber(const AVFrame& frame)
+{
+    int number = 0;
+    for (int i = 0; i < 24; ++i) {
+        const int x = frame.width * (2 * i + 1) / 48;
+        const int y = frame.height / 24;
+        number = number * 2 + (frame.data[0][y * frame.linesize[0] + x] > 128 ? 1 : 0);
+    }
+    return number;
+}
 
 // A stream with somebody who looks: takes the pictures when they are due and keeps the messages.
 class Viewer
 {
 public:
-    explicit Viewer(StreamOptions options);
-    explicit Viewer(const std::string& url);
-    ~Viewer();
+    using Pictures = std::vector<PicturePtr>;
+
+    explicit Viewer(const std::string& url)
+        : Viewer(optionsFor(url))
+    {
+    }
+    explicit Viewer(StreamOptions options, std::shared_ptr<Voice> voice = nullptr)
+    {
+        quietFfmpeg();
+        notifier_.setHandler(&Viewer::onMessage, this);
+        notifier_.open(7);
+        const auto wake = [this] { happened([] {}); };
+        stream_ = std::make_unique<Stream>(7, std::move(options), StreamLinks{&notifier_, std::move(voice), wake});
+        stream_->start();
+    }
+    ~Viewer()
+    {
+        stream_.reset();
+        notifier_.close(7);
+    }
 
     Stream& stream() { return *stream_; }
-    PicturePtr next(int milliseconds = 5000); // null when none became due in time
-    std::vector<PicturePtr> take(std::size_t count);
-    std::vector<PicturePtr> takeFor(int milliseconds);
-    std::vector<PicturePtr> takeAll(); // until the stream has ended
 
-    bool waitFor(TP_Message what,
-                 int milliseconds = 8000); // looking on meanwhile; it and those before it are done with
-    std::vector<int> messages();
+    Pictures take(std::size_t count, int milliseconds = 20000)
+    {
+        return look([count](const Pictures& taken) { return taken.size() >= count; }, milliseconds);
+    }
+    Pictures takeFor(int milliseconds) { return take(SIZE_MAX, milliseconds); }
+    PicturePtr next(int milliseconds = 5000) // null when none became due in time
+    {
+        const Pictures pictures = take(1, milliseconds);
+        return pictures.empty() ? nullptr : pictures.front();
+    }
+    Pictures takeAll() // until the stream has ended
+    {
+        Pictures pictures;
+        EXPECT_TRUE(waitFor(TP_MESSAGE_ENDED, 30000, &pictures));
+        return pictures;
+    }
+
+    // Looks on meanwhile. The message and those before it are done with.
+    bool waitFor(TP_Message what, int milliseconds = 8000, Pictures* seen = nullptr)
+    {
+        bool came = false;
+        Pictures pictures = look([&](const Pictures&) { return came = forget(what); }, milliseconds);
+        if (seen)
+            *seen = std::move(pictures);
+        return came;
+    }
+    std::vector<int> messages()
+    {
+        std::lock_guard lock(mutex_);
+        return messages_;
+    }
 
 private:
-    using Predicate = std::function<bool(const std::vector<PicturePtr>&)>;
+    template <class Enough> Pictures look(Enough enough, int milliseconds)
+    {
+        Pictures taken;
+        const TimePoint end = Clock::now() + std::chrono::milliseconds(milliseconds);
+        while (!enough(taken) && Clock::now() < end) {
+            std::unique_lock lock(mutex_);
+            const unsigned seen = events_;
+            lock.unlock();
+            if (PicturePtr picture = stream_->take(Clock::now())) {
+                taken.push_back(std::move(picture));
+                continue;
+            }
+            const TimePoint due = std::min(stream_->nextDue(), end);
+            lock.lock();
+            changed_.wait_until(lock, due, [&] { return events_ != seen; });
+        }
+        return taken;
+    }
 
-    std::vector<PicturePtr> look(const Predicate& enough, int milliseconds);
-    bool forget(TP_Message what); // and what came before it; false when it has not come
-    static void onMessage(int playId, unsigned message, void* user);
+    bool forget(TP_Message what)
+    {
+        std::lock_guard lock(mutex_);
+        const auto found = std::find(messages_.begin(), messages_.end(), what);
+        if (found == messages_.end())
+            return false;
+        messages_.erase(messages_.begin(), found + 1);
+        return true;
+    }
+
+    template <class Change> void happened(Change change)
+    {
+        std::lock_guard lock(mutex_);
+        change();
+        ++events_;
+        changed_.notify_all();
+    }
+
+    static void onMessage(int, unsigned message, void* user)
+    {
+        auto& viewer = *static_cast<Viewer*>(user);
+        viewer.happened([&] { viewer.messages_.push_back(static_cast<int>(message)); });
+    }
 
     Notifier notifier_;
     std::mutex mutex_; // guards messages_ and events_
@@ -54,17 +183,32 @@ private:
 class Camera
 {
 public:
-    explicit Camera(std::vector<std::string> settings = {}, int port = 0);
-    ~Camera();
+    explicit Camera(const QStringList& settings = {}, int port = freePort())
+        : port_(port)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TSAN_OPTIONS", "report_bugs=0"); // the camera is not what is tested
+        environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+        process_.setProcessEnvironment(environment);
+        process_.start(QCoreApplication::applicationDirPath() + "/rtsp_test_server",
+                       QStringList{QString::number(port_), "120"} + settings);
+        EXPECT_TRUE(process_.waitForReadyRead()) << "the camera does not start";
+    }
+    ~Camera() { die(); }
 
     int port() const { return port_; }
-    std::string url(const std::string& path = "/live", const std::string& user = "") const;
-    void freeze(bool frozen) const;
-    void die();
+    std::string url(const std::string& path = "/live", const std::string& user = "") const
+    {
+        return "rtsp://" + user + "127.0.0.1:" + std::to_string(port_) + path;
+    }
+    void freeze(bool frozen) const { kill(static_cast<pid_t>(process_.processId()), frozen ? SIGSTOP : SIGCONT); }
+    void die() { process_.kill(), process_.waitForFinished(); }
 
 private:
-    int port_;
-    int process_ = -1;
+    static int freePort() { return QUrl(QString::fromStdString(http_test::HttpServer().url("/"))).port(); }
+
+    const int port_;
+    QProcess process_;
 };
 
 } // namespace tide

@@ -5,34 +5,47 @@
 
 #include <csignal>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace transfer_test {
 
-using DownloadTest = TransferTest;
+class DownloadTest : public TransferTest
+{
+protected:
+    // The first answers break off. `rest` says what the server makes of the later ones.
+    void breakFile(const std::string& file, int breaks, std::function<Response(const Request&)> rest = {})
+    {
+        server_.on("/file", [=, calls = std::make_shared<std::atomic<int>>(0)](const Request& request) {
+            Response response = (*calls)++ > 0 && rest ? rest(request) : http_test::rangeOf(request, file);
+            if (*calls <= breaks)
+                response.cutAfter = response.body.size() / 2;
+            return response;
+        });
+    }
+};
 
 TEST_F(DownloadTest, severalAtATimeComeWhole)
 {
-    HttpServer server;
     const std::string big = patternOf(3 << 20);
-    server.on("/big", Response{200, big});
-    server.on("/empty", Response{});
-    server.on("/endless",
-              Response{200, "", {}, [left = 3]() mutable { return std::string(left-- > 0 ? "piece" : ""); }});
+    server_.on("/big", Response{200, big});
+    server_.on("/empty", Response{});
+    server_.on("/endless",
+               Response{200, "", {}, [left = 3]() mutable { return std::string(left-- > 0 ? "piece" : ""); }});
+    const struct
+    {
+        std::string page, name, content;
+    } rows[] = {{"/big", "a", big},
+                {"/big", "b", big},
+                {"/big", "c", big},
+                {"/empty", "empty", ""},
+                {"/endless", "endless", "piecepiecepiece"}};
     std::vector<int> ids;
-    for (const char* name : {"a", "b", "c"})
-        ids.push_back(download(server.url("/big"), name));
-    ids.push_back(download(server.url("/empty"), "empty"));
-    ids.push_back(download(server.url("/endless"), "endless"));
-    for (const int id : ids) {
-        const Report report = ended(id, downloadReport);
-        EXPECT_EQ(report.status, TP_TRANSFER_OK) << httpText();
-        EXPECT_EQ(report.progress, 100);
+    for (const auto& row : rows)
+        ids.push_back(download(server_.url(row.page), row.name));
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_EQ(ended(ids[i], downloadReport).progress, 100) << httpText();
+        EXPECT_TRUE(folder_.read(rows[i].name) == rows[i].content) << rows[i].name;
     }
-    for (const char* name : {"a", "b", "c"})
-        EXPECT_TRUE(folder_.read(name) == big) << name;
-    EXPECT_EQ(folder_.read("endless"), "piecepiecepiece");
     EXPECT_EQ(folder_.count(), 5U);
     EXPECT_EQ(TP_StopDownload(ids[0]), 0);
     EXPECT_LT(TP_StopDownload(ids[0]), 0);
@@ -42,12 +55,11 @@ TEST_F(DownloadTest, severalAtATimeComeWhole)
 
 TEST_F(DownloadTest, requestCarriesBodyAndPackageType)
 {
-    HttpServer server;
-    server.on("/x", [](const Request& request) { return Response{200, request.method + " " + request.body}; });
-    const int id = TP_StartDownloadEx(server.url("/x").c_str(), nullptr, (folder_ / "x").c_str(), 5, "<search/>");
+    server_.on("/x", [](const Request& request) { return Response{200, request.method + " " + request.body}; });
+    const int id = TP_StartDownloadEx(server_.url("/x").c_str(), nullptr, (folder_ / "x").c_str(), 5, "<search/>");
     EXPECT_EQ(ended(id, downloadReport).progress, 100);
     EXPECT_EQ(folder_.read("x"), "POST <search/>");
-    const auto headers = server.requests("/x").at(0).headers;
+    const auto headers = server_.requests("/x").at(0).headers;
     EXPECT_EQ(headers.at("package-type"), "5");
     EXPECT_EQ(headers.at("content-type"), "application/xml");
     EXPECT_EQ(headers.count("authorization"), 0U);
@@ -55,16 +67,15 @@ TEST_F(DownloadTest, requestCarriesBodyAndPackageType)
 
 TEST_F(DownloadTest, logsInAndKeepsTheCredentialFromOthers)
 {
-    HttpServer server;
     HttpServer other;
     other.on("/file", Response{200, "from the other"});
     for (const auto& [name, login] : {std::pair("basic", Login::Basic), std::pair("digest", Login::Digest)}) {
         const std::string page = std::string("/") + name;
-        server.on(page, [&](const Request&) { return Response{302, "", {{"Location", other.url("/file")}}}; });
-        server.protect(page, login, "user", "pass:word");
-        EXPECT_EQ(downloaded(server.url(page), name, "user:pass:word").progress, 100);
+        server_.on(page, [&](const Request&) { return Response{302, "", {{"Location", other.url("/file")}}}; });
+        server_.protect(page, login, "user", "pass:word");
+        EXPECT_EQ(downloaded(server_.url(page), name, "user:pass:word").progress, 100);
         EXPECT_EQ(folder_.read(name), "from the other");
-        EXPECT_EQ(downloaded(server.url(page), "wrong", "user:wrong").status, TP_TRANSFER_UNAUTHORIZED);
+        EXPECT_EQ(downloaded(server_.url(page), "wrong", "user:wrong").status, TP_TRANSFER_UNAUTHORIZED);
         EXPECT_EQ(httpText(), "Who are you?");
     }
     for (const Request& request : other.requests())
@@ -75,63 +86,42 @@ TEST_F(DownloadTest, logsInAndKeepsTheCredentialFromOthers)
 // Every fault has its status and its words, and leaves no file.
 TEST_F(DownloadTest, faultsHaveNames)
 {
-    HttpServer server;
-    server.on("/500", Response{500, "disk on fire"});
-    server.on("/503", Response{503});
-    server.on("/418", Response{418, "teapot"});
-    server.on("/loop", Response{302, "", {{"Location", server.url("/loop")}}});
-    server.on("/toFile", Response{302, "", {{"Location", "file:///etc/passwd"}}});
-    server.on("/silent", slow("never in time", 2s));
-    struct Case
+    server_.on("/500", Response{500, "disk on fire"});
+    server_.on("/503", Response{503});
+    server_.on("/418", Response{418, "teapot"});
+    server_.on("/loop", Response{302, "", {{"Location", server_.url("/loop")}}});
+    server_.on("/toFile", Response{302, "", {{"Location", "file:///etc/passwd"}}});
+    server_.on("/silent", slow("never in time", 2s));
+    const struct
     {
         std::string url;
         int status;
         std::string words;
-    };
-    const Case cases[] = {
-        {server.url("/none"), TP_TRANSFER_NOT_FOUND, "No such page here."},
-        {server.url("/500"), TP_TRANSFER_SERVER_ERROR, "disk on fire"},
-        {server.url("/503"), TP_TRANSFER_SERVER_ERROR, "HTTP status 503"},
-        {server.url("/418"), TP_TRANSFER_REFUSED, "teapot"},
-        {server.url("/loop"), TP_TRANSFER_REDIRECTED_TOO_OFTEN, "redirects"},
-        {server.url("/toFile"), TP_TRANSFER_BAD_REQUEST, "file"},
+    } cases[] = {
+        {server_.url("/none"), TP_TRANSFER_NOT_FOUND, "No such page here."},
+        {server_.url("/500"), TP_TRANSFER_SERVER_ERROR, "disk on fire"},
+        {server_.url("/503"), TP_TRANSFER_SERVER_ERROR, "HTTP status 503"},
+        {server_.url("/418"), TP_TRANSFER_REFUSED, "teapot"},
+        {server_.url("/loop"), TP_TRANSFER_REDIRECTED_TOO_OFTEN, "redirects"},
+        {server_.url("/toFile"), TP_TRANSFER_BAD_REQUEST, "file"},
         {"http://127.0.0.1:1/", TP_TRANSFER_CANNOT_CONNECT, "connect"},
         {"http://no.such.host.invalid/", TP_TRANSFER_CANNOT_CONNECT, "resolve"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(downloaded(c.url, "x").status, c.status) << c.url;
         EXPECT_NE(httpText().find(c.words), std::string::npos) << c.url << ": " << httpText();
     }
-    const int id = download(server.url("/silent"), "x");
+    const int id = download(server_.url("/silent"), "x");
     EXPECT_EQ(ended(id, downloadReport).status, TP_TRANSFER_TIMEOUT);
     EXPECT_EQ(folder_.count(), 0U);
 }
 
-// The first answers break off. `rest` says what the server makes of the later ones.
-struct BreakingServer
-{
-    explicit BreakingServer(std::size_t size, int breaks, std::function<Response(const Request&)> rest = {})
-        : file(patternOf(size))
-    {
-        server.on("/file", [this, breaks, rest](const Request& request) {
-            Response response = calls++ > 0 && rest ? rest(request) : http_test::rangeOf(request, file);
-            if (calls <= breaks)
-                response.cutAfter = response.body.size() / 2;
-            return response;
-        });
-    }
-
-    HttpServer server;
-    std::string file;
-    std::atomic<int> calls{0};
-};
-
 TEST_F(DownloadTest, brokenLineIsTakenUpWhereItBroke)
 {
-    BreakingServer device(400000, 2);
-    EXPECT_EQ(downloaded(device.server.url("/file"), "x").progress, 100) << httpText();
-    EXPECT_TRUE(folder_.read("x") == device.file);
-    const auto requests = device.server.requests();
+    breakFile(patternOf(400000), 2);
+    EXPECT_EQ(downloaded(server_.url("/file"), "x").progress, 100) << httpText();
+    EXPECT_TRUE(folder_.read("x") == patternOf(400000));
+    const auto requests = server_.requests();
     ASSERT_EQ(requests.size(), 3U);
     EXPECT_EQ(requests[1].headers.at("range"), "bytes=200000-");
     EXPECT_EQ(requests[2].headers.at("range"), "bytes=300000-");
@@ -154,39 +144,37 @@ TEST_F(DownloadTest, otherAnswersThanTheRestAreMadeGood)
         },
     };
     for (const auto& rest : rests) {
-        BreakingServer device(file.size(), 1, [&](const Request& request) {
+        breakFile(file, 1, [&](const Request& request) {
             return request.headers.count("range") != 0 ? rest(request) : Response{200, file};
         });
-        EXPECT_EQ(downloaded(device.server.url("/file"), "x").progress, 100) << httpText();
+        EXPECT_EQ(downloaded(server_.url("/file"), "x").progress, 100) << httpText();
         EXPECT_TRUE(folder_.read("x") == file);
     }
 }
 
 TEST_F(DownloadTest, givesUpAServerThatAlwaysBreaksAndOneThatLies)
 {
-    BreakingServer device(1000, 1000, [](const Request&) { return Response{200, "short"}; });
-    EXPECT_EQ(downloaded(device.server.url("/file"), "x").status, TP_TRANSFER_LINE_CUT);
-    HttpServer liar;
+    breakFile(patternOf(1000), 1000, [](const Request&) { return Response{200, "short"}; });
+    EXPECT_EQ(downloaded(server_.url("/file"), "x").status, TP_TRANSFER_LINE_CUT);
     for (const auto& [page, length] : {std::pair("/more", 1000), {"/less", 4}}) {
         Response lie{200, "some bytes"};
         lie.claimedLength = length;
-        liar.on(page, lie);
+        server_.on(page, lie);
     }
-    EXPECT_EQ(downloaded(liar.url("/more"), "x").status, TP_TRANSFER_LINE_CUT);
+    EXPECT_EQ(downloaded(server_.url("/more"), "x").status, TP_TRANSFER_LINE_CUT);
     EXPECT_EQ(folder_.count(), 0U);
-    EXPECT_EQ(downloaded(liar.url("/less"), "less").progress, 100);
+    EXPECT_EQ(downloaded(server_.url("/less"), "less").progress, 100);
     EXPECT_EQ(folder_.read("less"), "some");
 }
 
 TEST_F(DownloadTest, stopEndsASlowOneAndRemovesItsPart)
 {
-    HttpServer server;
-    server.on("/slow", slow(patternOf(100000), 50ms));
-    const int id = download(server.url("/slow"), "x");
+    server_.on("/slow", slow(patternOf(100000), 50ms));
+    const int id = download(server_.url("/slow"), "x");
     while (downloadReport(id).progress < 5)
         std::this_thread::sleep_for(5ms);
     EXPECT_EQ(folder_.read("x"), "");
-    EXPECT_EQ(download(server.url("/slow"), "x"), -TP_TRANSFER_FILE_ERROR);
+    EXPECT_EQ(download(server_.url("/slow"), "x"), -TP_TRANSFER_FILE_ERROR);
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(TP_StopDownload(id), 0);
     EXPECT_LT(std::chrono::steady_clock::now() - before, 300ms);
@@ -195,11 +183,10 @@ TEST_F(DownloadTest, stopEndsASlowOneAndRemovesItsPart)
 
 TEST_F(DownloadTest, moreThanRunAtATimeWaitTheirTurn)
 {
-    HttpServer server;
-    server.on("/slow", slow("text", 100ms));
+    server_.on("/slow", slow("text", 100ms));
     std::vector<int> ids;
     for (int index = 0; index < 40; ++index)
-        ids.push_back(download(server.url("/slow"), std::to_string(index)));
+        ids.push_back(download(server_.url("/slow"), std::to_string(index)));
     EXPECT_EQ(TP_StopDownload(ids.back()), 0);
     ids.pop_back();
     for (const int id : ids)
@@ -210,9 +197,8 @@ TEST_F(DownloadTest, moreThanRunAtATimeWaitTheirTurn)
 TEST_F(DownloadTest, badOrdersAreRefusedAtOnce)
 {
     const std::string good = "http://127.0.0.1:1/";
-    for (const std::string& url : {std::string(), std::string("file:///etc/passwd"), std::string("ftp://127.0.0.1/"),
-                                   std::string("http://a b/\r\nX: y"), "http://127.0.0.1/" + std::string("\x01"),
-                                   std::string("not an address"), std::string("http://")})
+    for (const char* url : {"", "file:///etc/passwd", "ftp://127.0.0.1/", "http://a b/\r\nX: y", "not an address",
+                            "http://127.0.0.1/\x01", "http://"})
         EXPECT_EQ(download(url, "x"), -TP_TRANSFER_BAD_REQUEST) << url;
     EXPECT_EQ(TP_StartDownload(nullptr, nullptr, nullptr, nullptr), -TP_TRANSFER_BAD_REQUEST);
     EXPECT_EQ(download(good, "x", "user:pass\r\nX-Evil: 1"), -TP_TRANSFER_BAD_REQUEST);
@@ -248,14 +234,13 @@ TEST_F(DownloadTest, certificatesAreVerified)
 
 TEST_F(DownloadTest, fullDiskIsAFailureOfTheFile)
 {
-    HttpServer server;
-    server.on("/x", Response{200, patternOf(300000)});
+    server_.on("/x", Response{200, patternOf(300000)});
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit small{1000, before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
-    const Report report = downloaded(server.url("/x"), "x");
+    const Report report = downloaded(server_.url("/x"), "x");
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(report.status, TP_TRANSFER_FILE_ERROR);
     EXPECT_EQ(httpText(), "File too large");
@@ -275,32 +260,22 @@ TEST(DownloadChild, DISABLED_endsInTheMiddle)
     std::exit(0);
 }
 
-int runChild()
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        execl("/proc/self/exe", "child", "--gtest_filter=DownloadChild.*", "--gtest_also_run_disabled_tests", nullptr);
-        _exit(1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return status;
-}
-
 TEST_F(DownloadTest, processThatEndsLeavesNoFileAndAKilledOneAPartThatTheNextTakesOver)
 {
-    HttpServer server;
-    server.on("/slow", slow(patternOf(100000), 50ms));
-    setenv("CHILD_URL", server.url("/slow").c_str(), 1);
-    setenv("CHILD_FILE", (folder_ / "x").c_str(), 1);
-    EXPECT_EQ(runChild(), 0);
+    server_.on("/slow", slow(patternOf(100000), 50ms));
+    const auto runChild = [this](const std::string& settings) {
+        const std::string program = std::filesystem::read_symlink("/proc/self/exe");
+        const std::string command = settings + "CHILD_URL=" + server_.url("/slow") + " CHILD_FILE=" + folder_ / "x" +
+                                    " " + program + " --gtest_filter='DownloadChild.*' --gtest_also_run_disabled_tests";
+        return std::system((command + " >/dev/null 2>&1").c_str());
+    };
+    EXPECT_EQ(runChild(""), 0);
     EXPECT_EQ(folder_.count(), 0U);
-    setenv("CHILD_KILLED", "1", 1);
-    EXPECT_EQ(WTERMSIG(runChild()), SIGKILL);
+    EXPECT_NE(runChild("CHILD_KILLED=1 "), 0);
     EXPECT_EQ(folder_.count(), 1U);
     EXPECT_FALSE(std::filesystem::exists(folder_ / "x"));
-    server.on("/slow", slow(patternOf(100000), 0ms));
-    EXPECT_EQ(downloaded(server.url("/slow"), "x").progress, 100);
+    server_.on("/slow", slow(patternOf(100000), 0ms));
+    EXPECT_EQ(downloaded(server_.url("/slow"), "x").progress, 100);
     EXPECT_EQ(folder_.read("x"), patternOf(100000));
     EXPECT_EQ(folder_.count(), 1U);
 }

@@ -20,19 +20,14 @@ struct Report
     int progress = -1;
 };
 
-inline Report downloadReport(int id)
+template <int (*kAsk)(int, int*, int*)> Report reportOf(int id)
 {
     Report report;
-    report.result = TP_GetDownloadStatus(id, &report.status, &report.progress);
+    report.result = kAsk(id, &report.status, &report.progress);
     return report;
 }
-
-inline Report upgradeReport(int id)
-{
-    Report report;
-    report.result = TP_UpgradeStatus(id, &report.status, &report.progress);
-    return report;
-}
+constexpr auto downloadReport = &reportOf<TP_GetDownloadStatus>;
+constexpr auto upgradeReport = &reportOf<TP_UpgradeStatus>;
 
 // The report in which a job has ended, well or not.
 template <class Ask> Report ended(int id, Ask ask)
@@ -72,6 +67,7 @@ protected:
     }
 
     engine_test::Folder folder_;
+    HttpServer server_;
 };
 
 // Comes in pieces, after a pause each.

@@ -1,14 +1,25 @@
 #include "tests/engine_transfer/TransferTest.h"
 
-#include "engine/transfer/DeviceReport.h"
-
 #include <atomic>
 
 #include <sys/stat.h>
 
 namespace transfer_test {
 
-using UploadTest = TransferTest;
+class UploadTest : public TransferTest
+{
+protected:
+    // A device that answers its status address with each of `reports`, the last one for ever.
+    void serveReports(std::vector<Response> reports)
+    {
+        auto asked = std::make_shared<std::atomic<std::size_t>>(0);
+        server_.on("/status",
+                   [reports, asked](const Request&) { return reports[std::min((*asked)++, reports.size() - 1)]; });
+        server_.on("/upload", Response{200});
+    }
+
+    const std::string source_ = folder_.write("source", patternOf(100000));
+};
 
 std::string uploadText(int id)
 {
@@ -40,14 +51,12 @@ TEST_F(UploadTest, sendsTheFileWithEveryLogin)
 
 TEST_F(UploadTest, refusalsAreNamedInTheServersWords)
 {
-    HttpServer server;
-    server.on("/full", Response{507, std::string(200000, 'w')});
-    server.on("/no", Response{400, "wrong model"});
-    server.on("/yes", Response{204});
-    server.protect("/locked", Login::Digest, "user", "secret");
-    const std::string source = folder_.write("source", "text");
+    server_.on("/full", Response{507, std::string(200000, 'w')});
+    server_.on("/no", Response{400, "wrong model"});
+    server_.on("/yes", Response{204});
+    server_.protect("/locked", Login::Digest, "user", "secret");
     const auto send = [&](const char* page) {
-        return TP_Upload(server.url(page).c_str(), "user:wrong", source.c_str(), "", 0);
+        return TP_Upload(server_.url(page).c_str(), "user:wrong", source_.c_str(), "", 0);
     };
     EXPECT_EQ(send("/locked"), -TP_TRANSFER_UNAUTHORIZED);
     EXPECT_EQ(TP_GetLastError(), 12U);
@@ -58,72 +67,63 @@ TEST_F(UploadTest, refusalsAreNamedInTheServersWords)
     EXPECT_EQ(other, "");
 
     char importText[102400] = "old";
-    EXPECT_EQ(TP_ImportDeviceConfig(server.url("/no").c_str(), "", source.c_str()), -TP_TRANSFER_REFUSED);
+    EXPECT_EQ(TP_ImportDeviceConfig(server_.url("/no").c_str(), "", source_.c_str()), -TP_TRANSFER_REFUSED);
     EXPECT_EQ(TP_GetIpcImportErrorInfo(importText), 0);
     EXPECT_STREQ(importText, "wrong model");
-    EXPECT_EQ(TP_ImportDeviceConfig(server.url("/yes").c_str(), "", source.c_str()), 0);
+    EXPECT_EQ(TP_ImportDeviceConfig(server_.url("/yes").c_str(), "", source_.c_str()), 0);
     EXPECT_EQ(TP_GetIpcImportErrorInfo(importText), 0);
     EXPECT_STREQ(importText, "");
 
-    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/no").c_str(), "", (folder_ / "config").c_str()), -TP_TRANSFER_REFUSED);
+    EXPECT_EQ(TP_ExportDeviceConfig(server_.url("/no").c_str(), "", (folder_ / "config").c_str()),
+              -TP_TRANSFER_REFUSED);
     EXPECT_EQ(folder_.count(), 1U);
-    server.on("/config", Response{200, "the configuration"});
-    EXPECT_EQ(TP_ExportDeviceConfig(server.url("/config").c_str(), "", (folder_ / "config").c_str()), 0);
+    server_.on("/config", Response{200, "the configuration"});
+    EXPECT_EQ(TP_ExportDeviceConfig(server_.url("/config").c_str(), "", (folder_ / "config").c_str()), 0);
     EXPECT_EQ(folder_.read("config"), "the configuration");
     EXPECT_EQ(httpText(), "");
 }
 
 TEST_F(UploadTest, unusableFilesAndHeadersAreRefused)
 {
-    HttpServer server;
-    const std::string url = server.url("/x");
-    const std::string source = folder_.write("source", "text");
+    const std::string url = server_.url("/x");
     ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
     for (const std::string& name :
          {folder_ / "pipe", folder_ / "none", folder_ / ".", std::string(), std::string(10000, 'n')})
         EXPECT_EQ(TP_Upload(url.c_str(), "", name.c_str(), "", 0), -TP_TRANSFER_FILE_ERROR) << name;
-    EXPECT_EQ(TP_Upload(url.c_str(), "", source.c_str(), "a\r\nX-Evil: 1", 0), -TP_TRANSFER_BAD_REQUEST);
-    EXPECT_EQ(TP_StartUpgrade(url.c_str(), "", "", source.c_str(), "\n", ""), -TP_TRANSFER_BAD_REQUEST);
-    EXPECT_EQ(TP_StartAsynUpload(url.c_str(), "gopher://x", "", source.c_str(), "", 0), -TP_TRANSFER_BAD_REQUEST);
-    EXPECT_TRUE(server.requests().empty());
-}
-
-// A device that answers its status address with each of `reports`, the last one for ever.
-void serveReports(HttpServer& server, std::vector<Response> reports)
-{
-    auto asked = std::make_shared<std::atomic<std::size_t>>(0);
-    server.on("/status",
-              [reports, asked](const Request&) { return reports[std::min((*asked)++, reports.size() - 1)]; });
-    server.on("/upload", Response{200});
+    EXPECT_EQ(TP_Upload(url.c_str(), "", source_.c_str(), "a\r\nX-Evil: 1", 0), -TP_TRANSFER_BAD_REQUEST);
+    EXPECT_EQ(TP_StartUpgrade(url.c_str(), "", "", source_.c_str(), "\n", ""), -TP_TRANSFER_BAD_REQUEST);
+    EXPECT_EQ(TP_StartAsynUpload(url.c_str(), "gopher://x", "", source_.c_str(), "", 0), -TP_TRANSFER_BAD_REQUEST);
+    EXPECT_TRUE(server_.requests().empty());
 }
 
 TEST_F(UploadTest, upgradeFollowsTheDevice)
 {
-    HttpServer server;
-    const std::string source = folder_.write("firmware", patternOf(100000));
-    serveReports(server, {{200, R"({"status": 0, "progress": 20})"},
-                          {503, "restarting"},
-                          {200, "<report><status>0</status><progress>100</progress></report>"}});
+    serveReports({{200, R"({"statusCode": 200, "Progress": "20"})"},
+                  {503, "restarting"},
+                  {200, "status: running, progress= 5"},
+                  {200, "<report><status>0</status><progress>100</progress></report>"}});
     const auto upgrade = [&](const char* page) {
-        return TP_StartUpgrade(server.url(page).c_str(), server.url("/status").c_str(), "", source.c_str(), "keep", "");
+        return TP_StartUpgrade(server_.url(page).c_str(), server_.url("/status").c_str(), "", source_.c_str(), "keep",
+                               "");
     };
-    const int id = upgrade("/upload");
-    EXPECT_LT(upgradeReport(id).progress, 100);
     int most = 0; // but for the end
-    const auto watched = [&](int watchedId) {
-        const Report report = upgradeReport(watchedId);
+    const auto watched = [&](int id) {
+        const Report report = upgradeReport(id);
         most = report.progress < 100 ? std::max(most, report.progress) : most;
         return report;
     };
-    EXPECT_EQ(ended(id, watched).status, TP_TRANSFER_OK);
+    EXPECT_EQ(ended(upgrade("/upload"), watched).status, TP_TRANSFER_OK);
     EXPECT_EQ(most, 60);
-    EXPECT_EQ(server.requests("/upload").at(0).headers.at("upgrade-flag"), "keep");
-    EXPECT_EQ(server.requests("/status").size(), 3U);
+    EXPECT_EQ(server_.requests("/upload").at(0).headers.at("upgrade-flag"), "keep");
+    EXPECT_EQ(server_.requests("/status").size(), 4U);
 
-    serveReports(server, {{200, "status=7\nreason=wrong model"}});
-    const int failing = upgrade("/upload");
-    EXPECT_EQ(ended(failing, upgradeReport).status, TP_TRANSFER_DEVICE_FAILED);
-    EXPECT_EQ(httpText(), "status=7\nreason=wrong model");
+    for (const char* fault : {"status=7\nreason=wrong model", "progress=100 status: -1"}) {
+        serveReports({{200, fault}});
+        EXPECT_EQ(ended(upgrade("/upload"), upgradeReport).status, TP_TRANSFER_DEVICE_FAILED);
+        EXPECT_EQ(httpText(), fault);
+    }
+    serveReports({{200, "progress=99999999999999999999"}});
+    EXPECT_EQ(ended(upgrade("/upload"), upgradeReport).status, TP_TRANSFER_OK);
     const int refused = upgrade("/none");
     EXPECT_EQ(ended(refused, upgradeReport).status, TP_TRANSFER_NOT_FOUND);
     EXPECT_EQ(downloadReport(refused).result, -1);
@@ -134,11 +134,9 @@ TEST_F(UploadTest, upgradeFollowsTheDevice)
 
 TEST_F(UploadTest, uploadKeepsItsErrorTextUntilItIsStopped)
 {
-    HttpServer server;
-    const std::string source = folder_.write("source", "text");
-    serveReports(server, {{200, R"({"progress":10})"}, {404, "gone"}});
-    const int id = TP_StartAsynUpload(server.url("/upload").c_str(), server.url("/status").c_str(), "", source.c_str(),
-                                      nullptr, 0);
+    serveReports({{200, R"({"progress":10})"}, {404, "gone"}});
+    const int id = TP_StartAsynUpload(server_.url("/upload").c_str(), server_.url("/status").c_str(), "",
+                                      source_.c_str(), nullptr, 0);
     ASSERT_GT(id, 0);
     EXPECT_EQ(uploadText(id), "");
     eventually([&] { return !uploadText(id).empty(); }, 3s);
@@ -147,31 +145,6 @@ TEST_F(UploadTest, uploadKeepsItsErrorTextUntilItIsStopped)
     EXPECT_EQ(TP_StopAsynUpload(id), -1);
     EXPECT_EQ(uploadText(id), "");
     EXPECT_EQ(TP_GetUploadErrorInfo(id, nullptr), -1);
-}
-
-TEST(DeviceReportTest, readsJsonXmlAndLines)
-{
-    struct Case
-    {
-        const char* text;
-        bool hasFailed;
-        bool isDone;
-    };
-    const Case cases[] = {
-        {"", false, true},
-        {"OK", false, true},
-        {R"({"Status":0,"Progress":99})", false, false},
-        {R"({"statusCode":200,"progress":"100"})", false, true},
-        {"<Progress>\n 5 </Progress>", false, false},
-        {"status: -1", true, true},
-        {"progress=99999999999999999999", false, true},
-        {"progress", false, true},
-        {"status=running, status=2", true, true},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(tide::parseDeviceReport(c.text).hasFailed(), c.hasFailed) << c.text;
-        EXPECT_EQ(tide::parseDeviceReport(c.text).isDone(), c.isDone) << c.text;
-    }
 }
 
 } // namespace transfer_test

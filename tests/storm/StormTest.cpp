@@ -1,4 +1,5 @@
 #include "src/LayoutDetail.h"
+#include "tests/support/Functions.h"
 #include "tests/support/Wall.h"
 
 #include <QApplication>
@@ -27,33 +28,33 @@ int roll(Dice& dice, int sides)
     return static_cast<int>(dice() % static_cast<unsigned>(sides));
 }
 
-// Any window of sixteen, with all keys that the functions want.
+// Any window of sixteen and any of three talks, with all keys that the functions want.
 QJsonDocument anyRequest(Dice& dice)
 {
     const double far = 0.5 + 0.1 * roll(dice, 5);
     const QJsonArray corners = {QJsonArray{0.1, 0.1}, QJsonArray{far, 0.1}, QJsonArray{far, far}, QJsonArray{0.1, far}};
-    QJsonObject shape{{"id", roll(dice, 3)}, {"text", "wall"}, {"enable", true}, {"points", corners}};
+    QJsonObject shape{
+        {"id", roll(dice, 3)}, {"text", "wall"}, {"enable", true}, {"points", corners}, {"timeFormat", "24hour"}};
     const QJsonArray areas{shape};
     shape["points"] = QJsonArray{corners[0], corners[2]};
     const QJsonArray lines{shape};
-    const QJsonObject date{{"timeFormat", "24hour"}, {"enable", true}};
     const QString words[] = {"Rect", "Polygon", "Line", "all"};
-    return QJsonDocument(QJsonObject{{"wndIndex", roll(dice, 16)},
-                                     {"url", roll(dice, 2) ? "h/channels/1" : "h/tracks/1"},
-                                     {"auth", "a:b"},
-                                     {"startTime", ""},
-                                     {"stopTime", ""},
-                                     {"volume", roll(dice, 100)},
-                                     {"fileName", "clip"},
-                                     {"https", roll(dice, 2) == 1},
-                                     {"mode", roll(dice, 5)},
-                                     {"enable", roll(dice, 4) != 0},
-                                     {"rectInfo", areas},
-                                     {"polygonInfo", areas},
-                                     {"lineInfo", lines},
-                                     {"overlayInfo", QJsonObject{{"date", date}, {"text", lines}}},
-                                     {"type", words[roll(dice, 4)]},
-                                     {"id", QJsonArray{roll(dice, 3)}}});
+    QJsonObject request = functions::request().object();
+    request["wndIndex"] = roll(dice, 16);
+    request["url"] = roll(dice, 2) ? "h/channels/1" : "h/tracks/1";
+    request["volume"] = roll(dice, 100);
+    request["https"] = roll(dice, 2) == 1;
+    request["mode"] = roll(dice, 5);
+    request["enable"] = roll(dice, 4) != 0;
+    request["rectInfo"] = request["polygonInfo"] = areas;
+    request["lineInfo"] = lines;
+    request["overlayInfo"] = QJsonObject{{"date", shape}, {"text", lines}};
+    request["type"] = words[roll(dice, 4)];
+    request["id"] = QJsonArray{roll(dice, 3)};
+    request["uuid"] = QString::number(roll(dice, 3));
+    request["openUrl"] = request["closeUrl"] = request["dataUrl"] = "";
+    request["localConfig"] = QJsonObject{{"ivsMode", roll(dice, 2)}, {"host", roll(dice, 9)}};
+    return QJsonDocument(request);
 }
 
 // clang-format off
@@ -73,14 +74,7 @@ void callWindowFunction(QWidget* mainWindow, Dice& dice)
 void callService(Dice& dice)
 {
     constexpr WithDocument services[] = {LD_StartVoiceTalk, LD_StopVoiceTalk, LD_GetLocalConfig, LD_SetLocalConfig};
-    const QJsonDocument request(
-        QJsonObject{{"uuid", QString::number(roll(dice, 3))},
-                    {"openUrl", ""},
-                    {"closeUrl", ""},
-                    {"dataUrl", ""},
-                    {"auth", ""},
-                    {"audioType", 0},
-                    {"localConfig", QJsonObject{{"ivsMode", roll(dice, 2)}, {"host", roll(dice, 9)}}}});
+    const QJsonDocument request = anyRequest(dice);
     take(services[roll(dice, std::size(services))](&request));
     if (roll(dice, 4) == 0)
         take(LD_CloseSound());
@@ -127,9 +121,7 @@ public:
             thread.join();
     }
 
-    int frames() const { return frames_; }
-    int events() const { return events_; }
-    int stopsFromEvents() const { return stopsFromEvents_; }
+    std::atomic<int> frames = 0, events = 0, stopsFromEvents = 0;
 
 private:
     static void install(LD_EventCallback callback)
@@ -152,7 +144,7 @@ private:
     void draw()
     {
         for (const int id : engine_double::livePlays())
-            frames_ += engine_double::drawFrame(id, nullptr) ? 1 : 0;
+            frames += engine_double::drawFrame(id, nullptr) ? 1 : 0;
         std::this_thread::sleep_for(100us);
     }
 
@@ -168,48 +160,34 @@ private:
     static void onEvent(LD_EventType type, QWidget* mainWindow, const QJsonDocument* document)
     {
         Storm& storm = *theStorm;
-        const int count = ++storm.events_;
+        const int count = ++storm.events;
         if (type != LD_EVENT_STREAM || mainWindow != storm.lasting_.get() || count % 16 != 0)
             return;
         const QJsonDocument args(QJsonObject{{"wndIndex", document->object()["wndIndex"]}});
         take(LD_Stop(mainWindow, &args));
-        ++storm.stopsFromEvents_;
+        ++storm.stopsFromEvents;
     }
 
     void actOnMainThread(Dice& dice)
     {
         QWidget* const main = lasting_.get();
         const QJsonDocument grid(QJsonObject{{"type", 1 + roll(dice, 4)}});
-        switch (roll(dice, 10)) {
-        case 0:
-            take(LD_ArrangeWindow(main, &grid));
-            break;
-        case 1:
-            take(LD_StopRealPlayAll(main));
-            break;
-        case 2:
-            passing_ = std::make_unique<QWidget>();
-            take(LD_Initialize(passing_.get()));
-            take(LD_ArrangeWindow(passing_.get(), &grid));
-            break;
-        case 3:
-            passing_.reset();
-            break;
-        case 4:
-            LD_HideWindow(main, roll(dice, 16));
-            LD_ShowWindow(main, roll(dice, 16));
-            break;
-        case 5:
-            main->resize(300 + roll(dice, 100), 200 + roll(dice, 100));
-            break;
-        case 6:
-            drawByMouse(main, dice);
-            break;
-        default:
-            callWindowFunction(passing_ ? passing_.get() : main, dice);
-            LD_IsWindowPlaying(main, roll(dice, 16));
-            LD_IsWindowHidden(main, LD_WindowCount(main) - 1);
-        }
+        const std::function<void()> acts[] = {
+            [&] { take(LD_ArrangeWindow(main, &grid)); },
+            [&] { take(LD_StopRealPlayAll(main)); },
+            [&] {
+                passing_ = std::make_unique<QWidget>();
+                take(LD_Initialize(passing_.get()));
+                take(LD_ArrangeWindow(passing_.get(), &grid));
+            },
+            [&] { passing_.reset(); },
+            [&] { LD_HideWindow(main, roll(dice, 16)), LD_ShowWindow(main, roll(dice, 16)); },
+            [&] { main->resize(300 + roll(dice, 100), 200 + roll(dice, 100)); },
+            [&] { drawByMouse(main, dice); },
+            [&] { callWindowFunction(passing_ ? passing_.get() : main, dice); }};
+        acts[std::min(roll(dice, 10), 7)](); // most often the last
+        LD_IsWindowPlaying(main, roll(dice, 16));
+        LD_IsWindowHidden(main, LD_WindowCount(main) - 1);
     }
 
     static void drawByMouse(QWidget* main, Dice& dice)
@@ -225,18 +203,13 @@ private:
         }
     }
 
-    static Storm* theStorm;
+    static inline Storm* theStorm = nullptr;
 
     std::unique_ptr<QWidget> lasting_ = std::make_unique<QWidget>();
     std::unique_ptr<QWidget> passing_; // main thread
     std::atomic<bool> over_ = false;
     std::atomic<int> running_ = 0;
-    std::atomic<int> frames_ = 0;
-    std::atomic<int> events_ = 0;
-    std::atomic<int> stopsFromEvents_ = 0;
 };
-
-Storm* Storm::theStorm = nullptr;
 
 TEST(StormTest, hostEngineAndMainThreadAtOnce)
 {
@@ -247,9 +220,9 @@ TEST(StormTest, hostEngineAndMainThreadAtOnce)
     {
         Storm storm;
         storm.rage(4s);
-        EXPECT_GT(storm.frames(), 100);
-        EXPECT_GT(storm.events(), 100);
-        EXPECT_GT(storm.stopsFromEvents(), 0);
+        EXPECT_GT(storm.frames, 100);
+        EXPECT_GT(storm.events, 100);
+        EXPECT_GT(storm.stopsFromEvents, 0);
     }
     EXPECT_TRUE(engine_double::livePlays().empty()) << "every stream went with its window";
     alarm(0);
