@@ -22,26 +22,12 @@ class LayoutTest : public wall::WallTest
 protected:
     using Cells = std::vector<CellWidget*>;
 
-    void SetUp() override
+    // The windows that were selected since the last question.
+    static std::vector<int> selected()
     {
-        WallTest::SetUp();
-        selected().clear();
-        LD_InstallEventCallback(LD_EVENT_SELECTED, [](LD_EventType, QWidget*, const QJsonDocument* document) {
-            selected().push_back((*document)["wndInfo"].toObject()["wndIndex"].toInt());
-        });
-        LD_InstallEventCallback(LD_EVENT_DOUBLE_CLICKED, [](LD_EventType, QWidget*, const QJsonDocument* document) {
-            selected().push_back(100 + (*document)["wndIndex"].toInt());
-        });
-    }
-    void TearDown() override
-    {
-        LD_InstallEventCallback(LD_EVENT_SELECTED, nullptr);
-        LD_InstallEventCallback(LD_EVENT_DOUBLE_CLICKED, nullptr);
-    }
-
-    static std::vector<int>& selected()
-    {
-        static std::vector<int> indices; // 100 and more for double clicks
+        std::vector<int> indices;
+        for (const QJsonObject& document : told(LD_EVENT_SELECTED))
+            indices.push_back(document["wndInfo"].toObject()["wndIndex"].toInt());
         return indices;
     }
 
@@ -136,7 +122,7 @@ TEST_F(LayoutTest, NewLayoutSelectsItsFirstWindow)
     layout().selectPlayWindow(cells()[3]->objectName());
     setCount(1);
     setCount(4);
-    EXPECT_EQ(selected(), (std::vector<int>{2, 0, 3, 0}));
+    EXPECT_EQ(selected(), (std::vector<int>{0, 3, 0}));
     EXPECT_FALSE(cells()[3]->isSelected());
 
     const int width = main().width();
@@ -214,12 +200,14 @@ TEST_F(LayoutTest, WindowsPastTheSixteenthAreShownToo)
 TEST_F(LayoutTest, OnlyTheLeftButtonSelectsAndIsReported)
 {
     showAt(400, 400);
-    selected().clear();
+    heard().clear();
     for (const Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton}) {
         QTest::mousePress(cells()[1]->playWindow(), button);
         QTest::mouseDClick(cells()[2]->playWindow(), button);
     }
-    EXPECT_EQ(selected(), (std::vector<int>{1, 102}));
+    const std::vector<wall::Event> twice = heard()[LD_EVENT_DOUBLE_CLICKED];
+    EXPECT_EQ(selected(), (std::vector<int>{1}));
+    EXPECT_TRUE(twice.size() == 1 && twice[0].object["wndIndex"] == 2);
 }
 
 TEST_F(LayoutTest, ADragFollowsThePointer)
@@ -268,7 +256,7 @@ TEST_F(LayoutTest, FrameTellsTheSelectedCell)
     layout().selectPlayWindow(1);
     EXPECT_EQ(colorAt(0, {50, 0}), QColor(23, 28, 32));
     EXPECT_EQ(colorAt(1, {0, 50}), QColor("#ffcc00"));
-    EXPECT_EQ(cells()[0]->backgroundColor(), QVariant(QColor("#000080")));
+    EXPECT_EQ(colorAt(0, {50, 50}), QColor("#000080"));
 }
 
 // While the engine draws there, Qt paints nothing into the window; afterwards it is painted again.

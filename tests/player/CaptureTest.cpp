@@ -27,13 +27,7 @@ protected:
 
 TEST_F(CaptureTest, namesPicturesByFormatAndKind)
 {
-    struct
-    {
-        const char* format;
-        const char* fileName;
-        const char* call;
-        std::string path;
-    } const pictures[] = {
+    const std::tuple<const char*, const char*, const char*, std::string> pictures[] = {
         {"0", "playback_cam1.jpg", "TP_JPEGCapture", folder("PlaybackPics") + "/cam1.jpg"},
         {"0", "cam1.bmp", "TP_JPEGCapture", folder("CaptureFiles") + "/cam1.jpg"},
         {"1", "a.jpg.bmp", "TP_BMPCapture", folder("CaptureFiles") + "/a.bmp"},
@@ -42,16 +36,16 @@ TEST_F(CaptureTest, namesPicturesByFormatAndKind)
     };
     const std::string id = std::to_string(play());
     ask(LD_Pause);
-    for (const auto& picture : pictures) {
-        configure(QByteArray(R"({"captureFileFormat":)") + picture.format + "}");
-        const QByteArray request = QByteArray(R"({"wndIndex":0,"fileName":")") + picture.fileName + "\"}";
+    for (const auto& [format, fileName, call, path] : pictures) {
+        configure(QByteArray(R"({"captureFileFormat":)") + format + "}");
+        const QByteArray request = QByteArray(R"({"wndIndex":0,"fileName":")") + fileName + "\"}";
         EXPECT_TRUE(ask(LD_Snapshot, request).null);
-        EXPECT_EQ(calls(picture.call).back().arguments, (std::vector<std::string>{id, picture.path}));
-        EXPECT_TRUE(QFileInfo(QString::fromStdString(picture.path)).dir().exists());
-        engine_double::answer(picture.call, -1);
-        EXPECT_THAT(ask(LD_Snapshot, request).message(), HasSubstr("call TP_JPEGCapture error, "));
-        engine_double::answer(picture.call, 0);
+        EXPECT_THAT(calls(call).back().arguments, ElementsAre(id, path));
+        EXPECT_TRUE(QFileInfo(QString::fromStdString(path)).dir().exists());
     }
+    engine_double::answer("TP_BMPCapture", -1);
+    configure(R"({"captureFileFormat":1})");
+    EXPECT_THAT(ask(LD_Snapshot, R"({"wndIndex":0,"fileName":"a"})").message(), HasSubstr("TP_JPEGCapture error, "));
     EXPECT_EQ(ask(LD_Snapshot, R"({"fileName":1})").message(),
               "Snapshot descriptor should contains key 'fileName' of String");
     configure(R"({"captureFileFormat":2})");
