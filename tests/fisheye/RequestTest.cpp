@@ -4,12 +4,7 @@ namespace {
 
 using RequestTest = wall::FisheyeTest;
 
-struct Bad
-{
-    wall::FisheyeTest::WithWidget function;
-    const char* request;
-    const char* message;
-};
+using Bad = std::tuple<wall::WithWidget, const char*, const char*>;
 
 // clang-format off
 const char* const kStep = "setModuleFisheyePTZ param error";
@@ -59,12 +54,13 @@ TEST_F(RequestTest, badOnesAreToldAndChangeNothing)
 {
     const journal::Tolerated badRequests;
     const auto refuse = [&](const Bad& bad) {
+        const auto& [function, request, message] = bad;
         const int windows = LD_WindowCount(&main());
         forget();
-        const wall::Answer answer = ask(bad.function, bad.request);
-        EXPECT_EQ(answer.message(), bad.message) << bad.request;
+        const wall::Answer answer = ask(function, request);
+        EXPECT_EQ(answer.message(), message) << request;
         EXPECT_EQ(answer.code(), 500);
-        EXPECT_EQ(asked(), "") << bad.request;
+        EXPECT_EQ(asked(), "") << request;
         EXPECT_EQ(LD_WindowCount(&main()), windows);
     };
     const auto refuseAll = [&](bool views) {
