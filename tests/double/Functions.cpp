@@ -39,6 +39,7 @@ RECORDED(TP_SetDisplayRegion,
     playId, reserved, region, window, enable)
 RECORDED(TP_EnableIVS, (int playId, int selector, int enable), playId, selector, enable)
 RECORDED(TP_RenderPrivateDataEx, (int playId, int selector, int part, int enable), playId, selector, part, enable)
+RECORDED(TP_RegAdditionFun, (int playId, int type, TP_AdditionFun fn, void* user), playId, type, fn, user)
 RECORDED(TP_SetOverlayPriInfoFlag, (int playId, int selector, int enable), playId, selector, enable)
 RECORDED(TP_JPEGCapture, (int playId, const char* path), playId, path)
 RECORDED(TP_BMPCapture, (int playId, const char* path), playId, path)
@@ -161,16 +162,6 @@ int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user)
     const int result = record("TP_RigisterDrawFun", playId, fn, user);
     if (result >= 0)
         setDrawHook(playId, [=](void* drawContext) { fn(playId, drawContext, user); });
-    return result;
-}
-
-int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, void* user)
-{
-    const int result = record("TP_RegAdditionFun", playId, type, fn, user);
-    if (result >= 0 && fn)
-        setAdditionHook(playId, [=](TP_ADDITION_DATA_INFO* info) { fn(playId, info, user); });
-    else if (result >= 0)
-        setAdditionHook(playId, nullptr);
     return result;
 }
 

@@ -10,7 +10,6 @@ namespace engine_double {
 int opened(int playId, int parent = -1); // answers playId; -1 is no stream
 int closed(int playId, int result);      // answers the result; a refused stop closes nothing
 void setDrawHook(int playId, std::function<void(void* drawContext)> hook);
-void setAdditionHook(int playId, std::function<void(TP_ADDITION_DATA_INFO*)> hook);
 void setMessageHandler(TP_MessageHandler handler, void* user);
 void setFishMessageHandler(TP_FishMsgFun handler);
 void closeAll();

@@ -25,8 +25,7 @@ public:
 
     void send(const QByteArray& line);
     int sendCall(const QString& function, const QJsonObject& args, const QString& thread); // gives the id
-    QJsonObject answer(int id);                                                            // waits for it
-    QJsonObject answerWithoutId();
+    QJsonObject answer(const QJsonValue& id);                                              // waits for it
     bool sawEvent(int type, int cell, int code, int waitMs = 15000); // once for each event
     const QList<QJsonObject>& lines() const { return lines_; }
 
@@ -36,6 +35,7 @@ public:
 
 private:
     using Test = std::function<bool(const QJsonObject&)>;
+    int sendWithId(QJsonObject line);
     std::optional<QJsonObject> take(const Test& test, int waitMs);
     void read();
     void keepInJournal(const QJsonObject& line);
