@@ -1,12 +1,5 @@
 #include "tests/graphics/Shapes.h"
 
-#include "src/graphics/GraphicsArrow.h"
-#include "src/graphics/GraphicsGrid.h"
-#include "src/graphics/GraphicsLine.h"
-#include "src/graphics/GraphicsOverlay.h"
-
-#include <gtest/gtest.h>
-
 using namespace shapes;
 
 namespace {

@@ -2,16 +2,11 @@
 
 #include "include/tide_pipe/tide_pipe.h"
 #include "src/WindowDirectory.h"
-#include "src/graphics/GraphicsArrow.h"
-#include "src/graphics/GraphicsGrid.h"
-#include "src/graphics/GraphicsLine.h"
-#include "src/graphics/GraphicsOverlay.h"
 #include "tests/support/GlCanvas.h"
 
 #include <QDateTime>
 
 #include <GL/gl.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <functional>
@@ -142,33 +137,29 @@ TEST(Pictures, shapesAreTheStrokesTheyPromise)
     const QLineF tick(0.5, 0.5675, 0.5, 0.4425);
     const QLineF sideMark(0.5, 0.505, 0.5, 0.28);
     const QLineF otherMark(0.5, 0.505, 0.5, 0.73);
-    using Shape = std::shared_ptr<GraphicsBase>;
-    const std::tuple<const char*, Shape, QVector<QLineF>, QVector<QPointF>> cases[] = {
+    using Lines = QVector<QLineF>;
+    const auto shoulder = R"({"id":1,"points":[[0.5,0.505],[0.8,0.505]],"lineType":4,"direction":1,"showShoulderLine":true})";
+    // clang-format off
+    const std::tuple<const char*, std::shared_ptr<GraphicsBase>, Lines, QVector<QPointF>> cases[] = {
         {"rectangle", rectangle(), outline(rect), {}},
-        {"selected rectangle",
-         pick(rectangle()),
-         outline(rect),
+        {"selected rectangle", pick(rectangle()), outline(rect),
          {rect.topLeft(), rect.topRight(), rect.bottomLeft(), rect.bottomRight()}},
         {"selected line", pick(line("")), {body}, {body.p1(), body.p2()}},
         {"head at the second end", line(R"(,"lineType":1,"direction":0)"), arrow(body, 180), {}},
         {"head at the first end", line(R"(,"lineType":1,"direction":1)"), arrow({body.p2(), body.p1()}, 0), {}},
         {"cut-off marks", line(R"(,"cutOffPositions":[0.5])"), {body, tick}, {}},
-        {"demarcation",
-         line(R"(,"lineType":4,"direction":0,"demarcationLineWidth":0.5)"),
-         QVector<QLineF>{body, tick} + arrow(sideMark, 270),
-         {}},
-        {"other side, shoulder before the line",
-         make(G::Line,
-              R"({"id":1,"points":[[0.5,0.505],[0.8,0.505]],"lineType":4,"direction":1,"showShoulderLine":true})"),
-         QVector<QLineF>{{0.5, 0.505, 0.2, 0.505}, {0.5, 0.505, 0.8, 0.505}} + arrow({0.65, 0.505, 0.65, 0.73}, 90),
-         {}},
+        {"demarcation", line(R"(,"lineType":4,"direction":0,"demarcationLineWidth":0.5)"),
+         Lines{body, tick} + arrow(sideMark, 270), {}},
+        {"other side, shoulder before the line", make(G::Line, shoulder),
+         Lines{{0.5, 0.505, 0.2, 0.505}, {0.5, 0.505, 0.8, 0.505}} + arrow({0.65, 0.505, 0.65, 0.73}, 90), {}},
         {"chain of 25", pick(make(G::Breakline, many)), chain(points, 20), points.mid(0, 20)},
-        {"side marks", line(R"(,"direction":2)", G::Breakline), QVector<QLineF>{body} + arrow(otherMark, 90), {}},
-        {"polygon of 25", pick(make(G::Polygon, many)), chain(points, 20) + QVector<QLineF>{{points[0], points[24]}},
+        {"side marks", line(R"(,"direction":2)", G::Breakline), Lines{body} + arrow(otherMark, 90), {}},
+        {"polygon of 25", pick(make(G::Polygon, many)), chain(points, 20) + Lines{{points[0], points[24]}},
          points.mid(0, 20)},
         {"polygon of two", line(R"(,"fillColor":"red")", G::Polygon), {body}, {}},
         {"point", pick(make(G::Point, R"({"id":1,"points":[0.5,0.5],"tips":"t","type":"cross"})")), {}, {{0.5, 0.5}}},
     };
+    // clang-format on
     GlCanvas canvas(kSize);
     for (const auto& [what, shape, lines, marks] : cases) {
         SCOPED_TRACE(what);

@@ -64,14 +64,6 @@ TEST(Text, hasThePixelsOfTheWholeWindowPath)
     }
 }
 
-TEST(Text, estimatesItsWidthWhateverIsDrawn)
-{
-    GlCanvas canvas({3, 200});
-    EXPECT_EQ(renderText(kGreen, "hello", {0.0, 0.0}, canvas.size(), 16), 48);
-    EXPECT_EQ(renderText(kGreen, "", {0.0, 0.0}, canvas.size(), 16), 0);
-    EXPECT_EQ(paintedPixels(canvas.picture()), 0);
-}
-
 TEST(Text, keepsToItsOwnGlState)
 {
     GlCanvas canvas({200, 100});

@@ -2,12 +2,9 @@
 
 #include "include/tide_pipe/tide_pipe.h"
 #include "src/WindowDirectory.h"
-#include "src/graphics/GraphicsLine.h"
 #include "src/graphics/ToolRectangle.h"
 #include "tests/double/EngineDouble.h"
 #include "tests/support/GlCanvas.h"
-
-#include <gmock/gmock.h>
 
 #include <functional>
 #include <thread>

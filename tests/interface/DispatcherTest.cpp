@@ -69,13 +69,6 @@ protected:
     std::unique_ptr<QWidget> widget_ = std::make_unique<QWidget>();
 };
 
-TEST_F(DispatcherTest, CallOnTheMainThreadRunsAtOnce)
-{
-    EXPECT_TRUE(wall::take(makeCall(&noteThreadOf, widget_.get())).object["done"].toBool());
-    EXPECT_EQ(ranOn, QThread::currentThread());
-    EXPECT_EQ(makeCall(&nothing, widget_.get()), nullptr);
-}
-
 TEST_F(DispatcherTest, CallOfAWorkerWaitsForTheMainThread)
 {
     auto answer = onWorker([&] { return makeCall(&noteThreadOf, widget_.get()); });
@@ -132,25 +125,6 @@ TEST_F(DispatcherTest, ManyCallersNeverOverlap)
         turnUntilReady(worker);
     EXPECT_EQ(calls, 800);
     EXPECT_EQ(overlaps, 0);
-}
-
-TEST_F(DispatcherTest, FirstMemberThatIsSetIsCalled)
-{
-    ApiFunctionDescriptor all;
-    std::string called;
-    all.withNothing = [&]() -> QJsonDocument* { return called += "nothing ", nullptr; };
-    const auto call = [&] { acquireDispatcher()->makeCall(all, widget_.get(), nullptr); };
-    call();
-    all.withWidget = [&](QWidget*) -> QJsonDocument* { return called += "widget ", nullptr; };
-    call();
-    all.withDocument = [&](const QJsonDocument*) -> QJsonDocument* { return called += "document ", nullptr; };
-    call();
-    all.withWidgetAndDocument = [&](QWidget*, const QJsonDocument*) -> QJsonDocument* {
-        return called += "both", nullptr;
-    };
-    call();
-    EXPECT_EQ(called, "nothing widget document both");
-    EXPECT_THROW(acquireDispatcher()->makeCall({}, widget_.get(), nullptr), std::bad_function_call);
 }
 
 TEST_F(DispatcherTest, CallWhoseWidgetDiesInTheQueueIsRefused)

@@ -1,4 +1,3 @@
-#include "tests/local/Dialogs.h"
 #include "tests/local/LocalFiles.h"
 #include "tests/support/Functions.h"
 #include "tests/support/Wall.h"
@@ -11,10 +10,6 @@
 
 namespace local_test {
 
-using Operation = wall::WithDocument;
-
-const QJsonObject kNull{{"null", true}};
-
 QJsonObject failed(const char* module, int code)
 {
     return {{"errorModule", module}, {"errorCode", code}};
@@ -25,12 +20,6 @@ QJsonObject succeeded(QJsonObject answer)
     answer["errorModule"] = "";
     answer["errorCode"] = 0;
     return answer;
-}
-
-QJsonObject call(Operation operation, const QByteArray& request = "{}")
-{
-    const QJsonDocument document = json(request);
-    return objectOf(operation(&document));
 }
 
 // A request, what the engine is asked for first, and the answer.
@@ -91,7 +80,7 @@ TEST_F(ServicesTest, stringsGoThroughTheEngine)
         engine_double::answer(name, -4);
     EXPECT_EQ(call(LD_SetSecretKey), failed("SetSecretKey", -4));
     EXPECT_EQ(call(LD_GetEncryptString), failed("GetEncryptString", -4));
-    EXPECT_EQ(call(LD_GetDecryptString, R"({"key":"x"})"), failed("GetDecryptString", -1));
+    EXPECT_EQ(call(LD_GetDecryptString, R"({"key":"x"})"), failed("GetDecryptString", -4));
 }
 
 TEST_F(ServicesTest, programsAndTheirDataAreNeverSent)
