@@ -1,7 +1,6 @@
 #include "tests/double/EngineDouble.h"
 
 #include "tests/double/Recorder.h"
-#include "tests/double/Streams.h"
 
 #include <algorithm>
 #include <cstring>

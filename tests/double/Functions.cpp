@@ -1,28 +1,19 @@
 #include "tests/double/EngineDouble.h"
 
 #include "tests/double/Recorder.h"
-#include "tests/double/Streams.h"
 
 using namespace engine_double;
 
-// Most functions only say what they were called with.
-#define RECORDED(name, parameters, ...)                                                                                \
-    int name parameters                                                                                                \
-    {                                                                                                                  \
-        return record(#name, __VA_ARGS__);                                                                             \
-    }
-#define RECORDED_WITH_ID(name, parameters, ...)                                                                        \
-    int name parameters                                                                                                \
-    {                                                                                                                  \
-        return recordId(#name, __VA_ARGS__);                                                                           \
-    }
-// As RECORDED, after what the test gave has been put into the out parameters.
-#define RECORDED_GIVEN(giving, name, parameters, ...)                                                                  \
+// Most functions only say what they were called with, some after what the test gave has been put into the out parameters.
+#define RECORDED_BY(recorder, giving, name, parameters, ...)                                                           \
     int name parameters                                                                                                \
     {                                                                                                                  \
         giving;                                                                                                        \
-        return record(#name, __VA_ARGS__);                                                                             \
+        return recorder(#name, __VA_ARGS__);                                                                           \
     }
+#define RECORDED(name, parameters, ...) RECORDED_BY(record, (void)0, name, parameters, __VA_ARGS__)
+#define RECORDED_WITH_ID(name, parameters, ...) RECORDED_BY(recordId, (void)0, name, parameters, __VA_ARGS__)
+#define RECORDED_GIVEN(giving, name, parameters, ...) RECORDED_BY(record, giving, name, parameters, __VA_ARGS__)
 
 // clang-format off
 RECORDED(TP_InitLib, (const char* dir), dir)

@@ -1,6 +1,5 @@
-#include "tests/double/Streams.h"
-
 #include "tests/double/EngineDouble.h"
+#include "tests/double/Recorder.h"
 
 #include <condition_variable>
 #include <map>

@@ -59,6 +59,11 @@ protected:
         press(at, button);
         release(at, button);
     }
+    void clicks(std::initializer_list<QPoint> all)
+    {
+        for (const QPoint at : all)
+            click(at);
+    }
     void drag(QPoint from, QPoint to)
     {
         press(from);

@@ -54,8 +54,7 @@ TEST_F(Mouse, aRectangleToolKeepsToItsLimit)
 TEST_F(Mouse, aPolygonGrowsClickByClick)
 {
     take("Polygon", R"({"maxPointSupport":4,"minPointSupport":3})");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     click({10, 10}, Qt::RightButton); // two points are too few
     EXPECT_TRUE(told(LD_EVENT_DRAWING_ENDED).empty());
     click({300, 300});
@@ -73,8 +72,7 @@ TEST_F(Mouse, aPolygonGrowsClickByClick)
 
     wall::take(LD_ClearGraphics(&main()));
     take("Polygon", R"({"maxPointSupport":9,"minPointSupport":3,"id":3})");
-    for (const QPoint at : {QPoint(100, 100), QPoint(300, 100), QPoint(300, 300)})
-        click(at);
+    clicks({{100, 100}, {300, 100}, {300, 300}});
     click({50, 50}, Qt::RightButton);
     EXPECT_EQ(pixelsOf(polygons()[0]).size(), 3U) << "the right button ends it";
     EXPECT_FALSE(view().current_tool_);
@@ -84,8 +82,7 @@ TEST_F(Mouse, aBrokenLineIsSilentAtItsLimitOnly)
 {
     const journal::Tolerated capitals;
     take("Line", R"({"maxPointSupport":2})");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     EXPECT_TRUE(told(LD_EVENT_DRAWING_ENDED).empty());
     ASSERT_EQ(lines().size(), 1);
     EXPECT_EQ(pixelsOf(lines()[0]).size(), 2U);
@@ -93,8 +90,7 @@ TEST_F(Mouse, aBrokenLineIsSilentAtItsLimitOnly)
 
     ASSERT_TRUE(ask(LD_ClearShapeByType, R"({"type":"LINE"})").null);
     take("Line", R"({"maxPointSupport":5})");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     click({50, 50}, Qt::RightButton);
     EXPECT_EQ(told(LD_EVENT_DRAWING_ENDED).size(), 1U);
 }
@@ -105,14 +101,12 @@ TEST_F(Mouse, callbackModeReportsWholeShapesAndGoesOn)
         ASSERT_TRUE(ask(LD_SetDrawCallback, R"({"enable":true,)" + more + "}").null);
     };
     draw(R"("type":"Line","display":false)");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     auto finished = told(LD_EVENT_SHAPE_FINISHED);
     ASSERT_EQ(finished.size(), 1U);
     EXPECT_EQ(finished[0]["id"].toInt(), 666);
     EXPECT_TRUE(lines().isEmpty()) << "it is not to be displayed";
-    click({100, 200});
-    click({300, 200});
+    clicks({{100, 200}, {300, 200}});
     EXPECT_EQ(told(LD_EVENT_SHAPE_FINISHED).size(), 1U) << "the tool goes on";
 
     draw(R"("type":"Rect")");

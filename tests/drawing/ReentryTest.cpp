@@ -78,8 +78,7 @@ protected:
             {LD_EVENT_DRAWING_ENDED,
              [this] {
                  take("Polygon", R"({"maxPointSupport":3})");
-                 for (const QPoint at : {QPoint(9, 9), QPoint(90, 90), QPoint(9, 90)})
-                     click(at);
+                 clicks({{9, 9}, {90, 90}, {9, 90}});
              }},
         };
     }

@@ -6,7 +6,6 @@
 #include "tests/double/EngineDouble.h"
 #include "tests/support/GlCanvas.h"
 
-#include <functional>
 #include <thread>
 
 using namespace shapes;
@@ -70,34 +69,17 @@ TEST(View, aShapeTakesTheSlotOfItsIdOrKind)
     EXPECT_EQ(overlays[0]->toJson()["name"], "c");
 }
 
-TEST(View, clearsByFamilyIdAndName)
+TEST(View, clearingAllEndsTheSelection)
 {
-    using View = detail::GraphicsView;
     const Window window({100, 100});
     const auto line = shape(G::Line, 3);
-    const std::pair<std::function<void(View&)>, std::size_t> clearings[] = {
-        {[](View& view) { view.clearGraphics(QVariant(4), G::Line); }, 4U}, // a broken line by its family
-        {[](View& view) { view.clearGraphics(QVariant(3)); }, 1U},
-        {[&](View& view) { view.clearGraphics(QJsonArray{line->objectName()}, G::Line); }, 4U},
-        {[](View& view) { view.clearGraphics(QVariant("3")); }, 5U}, // a text is a name
-        {[](View& view) { view.clearGraphics(QVariant()); }, 5U},
-        {[&](View& view) { view.clearGraphics(line); }, 4U},
-    };
-    for (const auto& [clear, left] : clearings) {
-        window->clearGraphics();
-        for (const auto type : {G::Rectangle, G::Polygon, G::Point})
-            window->addGraphics(shape(type, 3));
-        window->addGraphics(line);
-        window->addGraphics(shape(G::Breakline, 4));
-        clear(*window.operator->());
-        EXPECT_EQ(listed(window).size(), left) << left;
-    }
-    for (const auto& [reference, isMeant] : {std::pair(QVariant(line->objectName()), true), {QVariant(4), false}}) {
-        window->addGraphics(line);
-        window->selectGraphics(reference, G::Line);
-        EXPECT_EQ(line->selected, isMeant);
-    }
+    window->addGraphics(line);
+    window->selectGraphics(QVariant(line->objectName()), G::Line);
+    EXPECT_TRUE(line->selected) << "a text is a name";
     window->current_selected_graphics_ = line;
+    window->clearGraphics(QVariant("3"));
+    window->clearGraphics(QVariant());
+    EXPECT_EQ(listed(window).size(), 1U);
     window->clearGraphics(G::Line);
     EXPECT_TRUE(window->current_selected_graphics_);
     window->clearGraphics(G::Any);

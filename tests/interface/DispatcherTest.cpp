@@ -1,7 +1,6 @@
 #include "src/interface/CallFrame.h"
 #include "tests/support/Wall.h"
 
-#include <QCoreApplication>
 #include <QThread>
 
 #include <atomic>
@@ -34,11 +33,6 @@ ApiFunctionDescriptor withWidget(std::function<QJsonDocument*(QWidget*)> functio
     ApiFunctionDescriptor descriptor;
     descriptor.withWidget = std::move(function);
     return descriptor;
-}
-
-QJsonDocument* nothing(QWidget*)
-{
-    return nullptr;
 }
 
 template <class Call> auto onWorker(Call call)
@@ -75,8 +69,6 @@ TEST_F(DispatcherTest, CallOfAWorkerWaitsForTheMainThread)
     EXPECT_EQ(answer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     EXPECT_TRUE(wall::take(turnUntilReady(answer)).object["done"].toBool());
     EXPECT_EQ(ranOn, widget_->thread());
-    auto none = onWorker([&] { return makeCall(&nothing, widget_.get()); });
-    EXPECT_EQ(turnUntilReady(none), nullptr);
 }
 
 TEST_F(DispatcherTest, CallWithoutAWidgetStaysOnItsThread)

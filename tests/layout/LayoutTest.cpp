@@ -162,25 +162,6 @@ TEST_F(LayoutTest, HiddenWindowsAreShownByANewLayout)
     EXPECT_FALSE(LD_IsWindowHidden(&main(), 2));
 }
 
-// The host is told of the selection while the layout is being set, and may do anything then.
-TEST_F(LayoutTest, HostMayChangeTheLayoutFromInsideAnEvent)
-{
-    LD_InstallEventCallback(LD_EVENT_SELECTED, [](LD_EventType type, QWidget* mainWindow, const QJsonDocument*) {
-        LD_InstallEventCallback(type, nullptr);
-        const QJsonDocument request = wall::json("[{},{}]");
-        wall::take(LD_SetLayout(mainWindow, &request));
-    });
-    layout().selectPlayWindow(1);
-    setCount(9);
-    EXPECT_EQ(layout().size(), 9);
-    EXPECT_EQ(layout().getSelectedPlayWindow(), cells()[0]->playWindow());
-
-    LD_InstallEventCallback(LD_EVENT_SELECTED,
-                            [](LD_EventType, QWidget* mainWindow, const QJsonDocument*) { delete mainWindow; });
-    auto* doomed = new QWidget;
-    EXPECT_EQ(wall::take(LD_Initialize(doomed)).null, true);
-}
-
 TEST_F(LayoutTest, OnlyTheLeftButtonSelectsAndIsReported)
 {
     showAt(400, 400);
