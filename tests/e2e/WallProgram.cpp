@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QTemporaryDir>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -26,18 +25,6 @@ QString scratch(const QString& name)
 QString programPath(const QString& name)
 {
     return QCoreApplication::applicationDirPath() + "/" + name;
-}
-
-bool eventually(const std::function<bool()>& condition, int waitMs)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition()) {
-        if (clock.elapsed() > waitMs)
-            return false;
-        QThread::msleep(50);
-    }
-    return true;
 }
 
 QString clip(const QString& name, const QString& filter, int seconds)

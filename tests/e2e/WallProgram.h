@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QStringList>
+#include <QTest>
 
 #include <functional>
 #include <optional>
@@ -52,4 +53,7 @@ QString clip(const QString& name, const QString& filter, int seconds);
 QString programPath(const QString& name);
 
 // True when `condition` holds within the time.
-bool eventually(const std::function<bool()>& condition, int waitMs = 15000);
+inline bool eventually(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, 15000);
+}

@@ -2,13 +2,12 @@
 
 #include "src/auxiliary.h"
 #include "tests/local/LocalFiles.h"
+#include "tests/support/Threads.h"
 
 #include <QDateTime>
 
+#include <atomic>
 #include <random>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -174,19 +173,14 @@ TEST_F(LocalInfoTest, manyThreadsSeeWholeFilesOnly)
     const QJsonDocument start = pairOf("0");
     ASSERT_EQ(info.WriteLocalFile(&start), 0);
     std::atomic<int> torn{0};
-    std::vector<std::thread> threads;
-    for (int writer = 0; writer < 4; ++writer) {
-        threads.emplace_back([&, writer] {
-            for (int turn = 0; turn < 25; ++turn) {
-                const QJsonDocument change = pairOf(QString::number(writer * 1000 + turn));
-                torn += LocalInfo().WriteLocalFile(&change) != 0;
-                torn += !isWhole(objectOf(info.ReadLocalFile())["localConfig"].toObject());
-                torn += info.GetLocalInfo("first").isEmpty();
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    onThreads(4, [&](int writer) {
+        for (int turn = 0; turn < 25; ++turn) {
+            const QJsonDocument change = pairOf(QString::number(writer * 1000 + turn));
+            torn += LocalInfo().WriteLocalFile(&change) != 0;
+            torn += !isWhole(objectOf(info.ReadLocalFile())["localConfig"].toObject());
+            torn += info.GetLocalInfo("first").isEmpty();
+        }
+    });
     EXPECT_EQ(torn, 0);
 }
 

@@ -1,11 +1,8 @@
 #include "tests/local/LocalFiles.h"
 #include "tests/support/Functions.h"
+#include "tests/support/Threads.h"
 #include "tests/support/Wall.h"
 
-#include <QDate>
-#include <QJsonArray>
-
-#include <thread>
 #include <vector>
 
 namespace local_test {
@@ -51,11 +48,6 @@ protected:
         LD_StopAsynUpload(nullptr);
         LD_StopUpgrade(nullptr);
         engine_double::reset();
-    }
-
-    std::string dayFolder(const char* folder) const
-    {
-        return (root() + "/" + folder + "/" + QDate::currentDate().toString("yyyy-MM-dd")).toStdString();
     }
 };
 
@@ -169,19 +161,19 @@ TEST_F(ServicesTest, downloadsGoToTheFolderOfTheDay)
         EXPECT_EQ(answer["errorInfo"], "words");
         EXPECT_EQ(wall::engineCalls(before).at(0), asked);
     };
-    const std::string day = dayFolder("Web/DownloadFiles");
+    const std::string day = wall::dayFolder("DownloadFiles").toStdString();
     const std::string start = "TP_StartDownload(http://cam/f, a, ";
     engine_double::giveText("TP_GetHTTPErrorInfo", "words");
     expectCall("", start + day + "/f, <x/>)");
     expectCall(R"(,"packageType":5)", "TP_StartDownloadEx(http://cam/f, a, " + day + "/f, 5, <x/>)");
     expectCall(R"(,"filename":"a..b")", start + day + "/a..b, <x/>)");
     expectCall(R"(,"filename":"x/../y")", start + day + "/x/../y, <x/>)");
-    expectCall(R"(,"fileType":"snapmachine")", start + dayFolder("Web/ViewPics") + "/f, <x/>)");
+    expectCall(R"(,"fileType":"snapmachine")", start + wall::dayFolder("ViewPics").toStdString() + "/f, <x/>)");
 
-    const std::string faces = dayFolder("Web/InteligentFaceFiles");
+    const QString faces = wall::dayFolder("InteligentFaceFiles");
     EXPECT_EQ(call(LD_StartDownload, R"({"downloadUrl":"http://cam/f","fileType":"faceSnap"})")["errorCode"], -3);
-    QDir().mkpath(QString::fromStdString(faces));
-    expectCall(R"(,"fileType":"faceSnap")", start + faces + "/cam/f, <x/>)");
+    QDir().mkpath(faces);
+    expectCall(R"(,"fileType":"faceSnap")", start + faces.toStdString() + "/cam/f, <x/>)");
 }
 
 TEST_F(ServicesTest, downloadsThatCannotBeginSaySo)
@@ -262,19 +254,14 @@ TEST_F(ServicesTest, anyThreadMayCallWithAnyRequest)
             R"(,"downloadId":1e300})",
         R"({"filepath":[1],"filename":true,"fileType":1e9,"downloadId":"7","encrypted":null})",
     };
-    std::vector<std::thread> threads;
-    for (int index = 0; index < 4; ++index) {
-        threads.emplace_back([&] {
-            for (const QByteArray& request : wild) {
-                for (const auto& [name, operation] : functions::of<Operation>()) {
-                    call(operation, request);
-                    LD_Release(operation(nullptr));
-                }
+    onThreads(4, [&](int) {
+        for (const QByteArray& request : wild) {
+            for (const auto& [name, operation] : functions::of<Operation>()) {
+                call(operation, request);
+                LD_Release(operation(nullptr));
             }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+        }
+    });
     EXPECT_EQ(call(LD_GetLocalConfig)["errorCode"], 0);
 }
 

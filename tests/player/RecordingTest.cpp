@@ -1,6 +1,5 @@
 #include "tests/support/Wall.h"
 
-#include <QDate>
 #include <QDir>
 #include <QLayout>
 
@@ -34,7 +33,7 @@ protected:
     {
         WallTest::TearDown();
         freeBytes = 1'000'000'000;
-        QDir(folder("RecordFiles")).removeRecursively();
+        QDir(dayFolder("RecordFiles")).removeRecursively();
     }
 
     auto timers() { return timersOf(player()); }
@@ -57,13 +56,7 @@ protected:
         return path.left(path.size() - 4);
     }
 
-    static QString folder(const char* kind)
-    {
-        return QString::fromLocal8Bit(qgetenv("PWD")) + "/Web/" + kind + "/" +
-               QDate::currentDate().toString("yyyy-MM-dd");
-    }
-
-    static QStringList files(const char* kind) { return QDir(folder(kind)).entryList(QDir::Files); }
+    static QStringList files(const char* kind) { return QDir(dayFolder(kind)).entryList(QDir::Files); }
 
     static void fileSize(int bytes) { engine_double::answer("TP_GetRecordFileSize", bytes); }
 };
@@ -81,9 +74,9 @@ TEST_F(RecordingTest, filesGoWhereTheStreamKindSays)
     for (const auto& [url, kind] : kinds) {
         play(url);
         record("cam");
-        EXPECT_EQ(calls("TP_StartSave").back().arguments.at(1), (folder(kind) + "/cam.mp4").toStdString()) << url;
+        EXPECT_EQ(calls("TP_StartSave").back().arguments.at(1), (dayFolder(kind) + "/cam.mp4").toStdString()) << url;
         EXPECT_EQ(calls("TP_StartSave").back().arguments.at(2), "2");
-        EXPECT_TRUE(QDir(folder("RecordFiles")).exists() && QDir(folder("PlaybackFiles")).exists());
+        EXPECT_TRUE(QDir(dayFolder("RecordFiles")).exists() && QDir(dayFolder("PlaybackFiles")).exists());
         EXPECT_TRUE(player()->saving());
         ask(LD_Stop);
     }
@@ -108,7 +101,7 @@ TEST_F(RecordingTest, splitsPastTheLimitAndNumbersFromTheFirstSplitOn)
         }
         EXPECT_EQ(files("RecordFiles"), QStringList("clip_1.mp4")) << "renamed once, the double writes no files";
         ask(LD_Stop);
-        QDir(folder("RecordFiles")).removeRecursively();
+        QDir(dayFolder("RecordFiles")).removeRecursively();
     }
 }
 
@@ -121,7 +114,7 @@ TEST_F(RecordingTest, renamingNeverTakesAnothersPlaceAndARefusedSplitEndsTheReco
     EXPECT_EQ(files("RecordFiles"), QStringList("a.mp4.mp4")) << "its name has lost both endings: not found";
     ask(LD_StopSave);
     record();
-    QFile(folder("RecordFiles") + "/clip_1.mp4").open(QIODevice::WriteOnly);
+    QFile(dayFolder("RecordFiles") + "/clip_1.mp4").open(QIODevice::WriteOnly);
     tick();
     EXPECT_TRUE(files("RecordFiles").contains("clip.mp4"));
     engine_double::answer("TP_SwitchFile", 1);
@@ -138,7 +131,7 @@ TEST_F(RecordingTest, lowDiskIsToldAndEndsTheRecording)
         freeBytes = 1'000'000'000;
         record();
         tick();
-        EXPECT_EQ(askedFolder, folder("RecordFiles").toStdString());
+        EXPECT_EQ(askedFolder, dayFolder("RecordFiles").toStdString());
         EXPECT_THAT(events(), IsEmpty());
         freeBytes = bytes;
         EXPECT_EQ(tick().back(), "TP_StopSave(" + id + ")");

@@ -9,6 +9,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QDate>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QMouseEvent>
@@ -81,6 +82,12 @@ inline std::vector<std::string> engineCalls(std::size_t from = 0)
             lines.push_back(calls[i].name + "(" + line + ")");
     }
     return lines;
+}
+
+// Where files of a kind go today.
+inline QString dayFolder(const char* kind)
+{
+    return QString::fromLocal8Bit(qgetenv("PWD")) + "/Web/" + kind + "/" + QDate::currentDate().toString("yyyy-MM-dd");
 }
 
 inline void configure(const QByteArray& settings)
