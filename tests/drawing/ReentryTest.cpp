@@ -58,7 +58,10 @@ protected:
             {LD_EVENT_SELECTED, [this] { arrange(R"({"custom":[{"wndIndex":1},{"wndIndex":0}]})"); }},
             {LD_EVENT_DOUBLE_CLICKED, [this] { doubleClick(); }},
             {LD_EVENT_STREAM, [report] { onAnotherThread(report); }},
-            {LD_EVENT_MOUSE, [this] { click({9, 9}); }},
+            {LD_EVENT_MOUSE,
+             [this] {
+                 click({9, 9});
+             }},
             {LD_EVENT_SHAPE_FINISHED, [this] { drawForCallback("Rect"); }},
             {LD_EVENT_DRAWING_ENDED, [this] { draw("{}"); }},
             {LD_EVENT_SHAPE_CHOSEN, [this] { choose(); }},

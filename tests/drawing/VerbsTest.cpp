@@ -23,7 +23,8 @@ protected:
 TEST_F(Verbs, clearWhatTheirWordSays)
 {
     const journal::Tolerated words;
-    const std::tuple<QByteArray, int, int> rows[] = { // shapes left of the seven by type, and by id
+    const std::tuple<QByteArray, int, int> rows[] = {
+        // shapes left of the seven by type, and by id
         {R"({"type":"RECT","id":[2]})", 6, 6},
         {R"({"type":"rect"})", 5, 7},
         {R"({"type":"polygon","id":[1]})", 7, 7},

@@ -27,7 +27,7 @@ public:
     void send(const QByteArray& line);
     int sendCall(const QString& function, const QJsonObject& args, const QString& thread); // gives the id
     QJsonObject answer(const QJsonValue& id);                                              // waits for it
-    bool sawEvent(int type, int cell, int code, int waitMs = 15000); // once for each event
+    bool sawEvent(int type, int cell, int code, int waitMs = 15000);                       // once for each event
     const QList<QJsonObject>& lines() const { return lines_; }
 
     bool end(int waitMs = 15000); // closes the input; true: the program ended with 0

@@ -138,7 +138,8 @@ TEST(Pictures, shapesAreTheStrokesTheyPromise)
     const QLineF sideMark(0.5, 0.505, 0.5, 0.28);
     const QLineF otherMark(0.5, 0.505, 0.5, 0.73);
     using Lines = QVector<QLineF>;
-    const auto shoulder = R"({"id":1,"points":[[0.5,0.505],[0.8,0.505]],"lineType":4,"direction":1,"showShoulderLine":true})";
+    const auto shoulder =
+        R"({"id":1,"points":[[0.5,0.505],[0.8,0.505]],"lineType":4,"direction":1,"showShoulderLine":true})";
     // clang-format off
     const std::tuple<const char*, std::shared_ptr<GraphicsBase>, Lines, QVector<QPointF>> cases[] = {
         {"rectangle", rectangle(), outline(rect), {}},

@@ -91,7 +91,7 @@ TEST(View, keepsTheToolAsideWhileDrawingIsDisabled)
     const Window window({100, 100});
     const auto tool = std::make_shared<ToolRectangle>();
     tool->id = 7;
-    window->addGraphics(shape(G::Polygon, 7));
+    window->addGraphics(shape(G::Rectangle, 7));
     window->addGraphics(shape(G::Point, 7));
     window->setTool(tool);
     EXPECT_EQ(listed(window), (List{{G::Point, 7}})) << "the family of a rectangle makes room";

@@ -32,7 +32,6 @@ protected:
     }
 
     Layout layout() { return Layout(&main()); }
-    CellWidget* cell(const QVariant& reference) { return layout().getCell(reference); }
     Cells cells()
     {
         Cells all;
@@ -69,19 +68,19 @@ TEST_F(LayoutTest, WindowsAreFoundByIndexAndName)
     setCount(300);
     const Cells all = cells();
     EXPECT_EQ(all[299]->pos(), QPoint(750, 18500));
-    EXPECT_EQ(cell(15), all[15]);
-    EXPECT_EQ(cell(16), nullptr);
-    EXPECT_EQ(cell(-1), nullptr);
-    EXPECT_EQ(cell(QVariant()), nullptr);
+    EXPECT_EQ(layout().getCell(15), all[15]);
+    EXPECT_EQ(layout().getCell(16), nullptr);
+    EXPECT_EQ(layout().getCell(-1), nullptr);
+    EXPECT_EQ(layout().getCell(QVariant()), nullptr);
     EXPECT_EQ(placeOf(all[299]), 299);
     EXPECT_EQ(layout().indexOf(all[16]), 16);
     EXPECT_EQ(layout().indexOf(all[16]->playWindow()), 16);
     EXPECT_EQ(layout().indexOf(static_cast<IPlayWindow*>(nullptr)), -1);
 
     ASSERT_TRUE(set(R"([{"name":"left"},{"name":"","wndIndex":"nobody"}])").null);
-    EXPECT_EQ(cell("left"), cells()[0]);
-    EXPECT_EQ(cell(""), cells()[1]);
-    EXPECT_EQ(cell("right"), nullptr);
+    EXPECT_EQ(layout().getCell("left"), cells()[0]);
+    EXPECT_EQ(layout().getCell(""), cells()[1]);
+    EXPECT_EQ(layout().getCell("right"), nullptr);
     EXPECT_EQ(layout().getPlayWindow("left"), cells()[0]->playWindow());
 }
 

@@ -98,8 +98,7 @@ TEST_F(ServicesTest, uploadHasOneSlot)
     engine_double::answer("TP_StartAsynUpload", 5);
     expect({{LD_GetUploadErrorInfo, "{}", "", kNull},
             {LD_StartAsynUpload, request, start, kNull},
-            {LD_GetUploadErrorInfo, "{}", "TP_GetUploadErrorInfo(5, pointer)",
-             succeeded({{"errorInfo", "too large"}})},
+            {LD_GetUploadErrorInfo, "{}", "TP_GetUploadErrorInfo(5, pointer)", succeeded({{"errorInfo", "too large"}})},
             {LD_StopAsynUpload, "{}", "TP_StopAsynUpload(5)", kNull},
             {LD_StopAsynUpload, "{}", "", kNull},
             {LD_GetUploadErrorInfo, "{}", "", kNull}});
@@ -140,8 +139,8 @@ TEST_F(ServicesTest, exportsAskForAPath)
     for (const int result : {0, -6}) {
         engine_double::answer("TP_ExportDeviceConfig", result);
         DialogUser user([&](QFileDialog& dialog) { choose(dialog, root() + "/config"); });
-        expect({{LD_ExportDeviceConfig, request, chosen,
-                 result == 0 ? kNull : flagged("ExportDeviceConfig", result, 0)}});
+        expect(
+            {{LD_ExportDeviceConfig, request, chosen, result == 0 ? kNull : flagged("ExportDeviceConfig", result, 0)}});
     }
     DialogUser user([&](QFileDialog& dialog) { choose(dialog, root() + "/file"); });
     expect({{LD_Download, R"({"method":2})", "", flagged("ExportFile", -1, 0)},

@@ -9,12 +9,13 @@ namespace {
 using TransportTest = WallTest;
 
 // What is done to a playing window by one call of the engine.
+// clang-format off
 const std::pair<WithWidget, const char*> operations[] = {
-    {LD_Pause, "TP_Pause"},         {LD_Resume, "TP_Resume"},       {LD_Fast, "TP_Fast"},
-    {LD_Slow, "TP_Slow"},           {LD_StopSave, "TP_StopSave"},   {LD_FrameForward, "TP_FrameForward"},
-    {LD_OpenSound, "TP_OpenSound"}, {LD_SetVolume, "TP_SetVolume"}, {LD_StartSave, "TP_StartSave"},
-    {LD_Snapshot, "TP_JPEGCapture"}, {LD_GetOSDTime, "TP_GetOSDTime"},
-};
+    {LD_Pause, "TP_Pause"}, {LD_Resume, "TP_Resume"}, {LD_Fast, "TP_Fast"}, {LD_Slow, "TP_Slow"},
+    {LD_FrameForward, "TP_FrameForward"}, {LD_OpenSound, "TP_OpenSound"}, {LD_SetVolume, "TP_SetVolume"},
+    {LD_StartSave, "TP_StartSave"}, {LD_StopSave, "TP_StopSave"}, {LD_Snapshot, "TP_JPEGCapture"},
+    {LD_GetOSDTime, "TP_GetOSDTime"}};
+// clang-format on
 
 TEST_F(TransportTest, operationsSayWhatIsWrongAndCallTheEngineOnce)
 {
