@@ -1,7 +1,6 @@
 #include "tests/double/EngineDouble.h"
 
 #include "tests/double/Recorder.h"
-#include "tests/double/Streams.h"
 
 #include <algorithm>
 #include <cstring>
@@ -57,10 +56,10 @@ template <class Value> void tell(std::map<std::string, Value> Script::*table, co
     withScript([&](Script& s) { (s.*table)[name] = std::move(value); });
 }
 
-std::string joined(std::initializer_list<double> numbers)
+template <class Number> std::string joined(std::initializer_list<Number> numbers)
 {
     std::string text;
-    for (const double number : numbers)
+    for (const Number number : numbers)
         text += (text.empty() ? "" : ",") + std::to_string(number);
     return text;
 }
@@ -116,10 +115,7 @@ std::string bytesAsText(const void* record, std::size_t size)
 
 std::string asText(const _TP_REGION* region)
 {
-    if (!region)
-        return "null";
-    return std::to_string(region->left) + "," + std::to_string(region->top) + "," + std::to_string(region->right) +
-           "," + std::to_string(region->bottom);
+    return region ? joined({region->left, region->top, region->right, region->bottom}) : "null";
 }
 
 std::string asText(const _TP_FISHEYEPARAM* p)

@@ -34,7 +34,6 @@ void giveText(const std::string& name, std::string text);        // for the func
 // What the engine's own threads do; it happens on the caller's thread.
 void emitMessage(int playId, unsigned message); // whether the id lives or not
 bool drawFrame(int playId, void* drawContext);  // false when the stream or view does not live or has no draw hook
-void emitAddition(int playId, TP_ADDITION_DATA_INFO* info);
 void emitFishMessage(void* data, unsigned length);
 std::vector<int> livePlays(); // streams and views that have been started and not stopped
 

@@ -1,28 +1,19 @@
 #include "tests/double/EngineDouble.h"
 
 #include "tests/double/Recorder.h"
-#include "tests/double/Streams.h"
 
 using namespace engine_double;
 
-// Most functions only say what they were called with.
-#define RECORDED(name, parameters, ...)                                                                                \
-    int name parameters                                                                                                \
-    {                                                                                                                  \
-        return record(#name, __VA_ARGS__);                                                                             \
-    }
-#define RECORDED_WITH_ID(name, parameters, ...)                                                                        \
-    int name parameters                                                                                                \
-    {                                                                                                                  \
-        return recordId(#name, __VA_ARGS__);                                                                           \
-    }
-// As RECORDED, after what the test gave has been put into the out parameters.
-#define RECORDED_GIVEN(giving, name, parameters, ...)                                                                  \
+// Most functions only say what they were called with, some after what the test gave has been put into the out parameters.
+#define RECORDED_BY(recorder, giving, name, parameters, ...)                                                           \
     int name parameters                                                                                                \
     {                                                                                                                  \
         giving;                                                                                                        \
-        return record(#name, __VA_ARGS__);                                                                             \
+        return recorder(#name, __VA_ARGS__);                                                                           \
     }
+#define RECORDED(name, parameters, ...) RECORDED_BY(record, (void)0, name, parameters, __VA_ARGS__)
+#define RECORDED_WITH_ID(name, parameters, ...) RECORDED_BY(recordId, (void)0, name, parameters, __VA_ARGS__)
+#define RECORDED_GIVEN(giving, name, parameters, ...) RECORDED_BY(record, giving, name, parameters, __VA_ARGS__)
 
 // clang-format off
 RECORDED(TP_InitLib, (const char* dir), dir)
@@ -39,6 +30,7 @@ RECORDED(TP_SetDisplayRegion,
     playId, reserved, region, window, enable)
 RECORDED(TP_EnableIVS, (int playId, int selector, int enable), playId, selector, enable)
 RECORDED(TP_RenderPrivateDataEx, (int playId, int selector, int part, int enable), playId, selector, part, enable)
+RECORDED(TP_RegAdditionFun, (int playId, int type, TP_AdditionFun fn, void* user), playId, type, fn, user)
 RECORDED(TP_SetOverlayPriInfoFlag, (int playId, int selector, int enable), playId, selector, enable)
 RECORDED(TP_JPEGCapture, (int playId, const char* path), playId, path)
 RECORDED(TP_BMPCapture, (int playId, const char* path), playId, path)
@@ -161,16 +153,6 @@ int TP_RigisterDrawFun(int playId, TP_DrawFun fn, void* user)
     const int result = record("TP_RigisterDrawFun", playId, fn, user);
     if (result >= 0)
         setDrawHook(playId, [=](void* drawContext) { fn(playId, drawContext, user); });
-    return result;
-}
-
-int TP_RegAdditionFun(int playId, int type, TP_AdditionFun fn, void* user)
-{
-    const int result = record("TP_RegAdditionFun", playId, type, fn, user);
-    if (result >= 0 && fn)
-        setAdditionHook(playId, [=](TP_ADDITION_DATA_INFO* info) { fn(playId, info, user); });
-    else if (result >= 0)
-        setAdditionHook(playId, nullptr);
     return result;
 }
 

@@ -2,6 +2,7 @@
 
 #include "include/tide_pipe/tide_pipe.h"
 
+#include <functional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -50,5 +51,13 @@ template <class... Out> void fill(const char* name, Out*... out)
     std::size_t next = 0;
     ((next < numbers.size() ? void(*out = static_cast<Out>(numbers[next++])) : void()), ...);
 }
+
+// The streams and views that live, with the hooks that the library has registered.
+int opened(int playId, int parent = -1); // answers playId; -1 is no stream
+int closed(int playId, int result);      // answers the result; a refused stop closes nothing
+void setDrawHook(int playId, std::function<void(void* drawContext)> hook);
+void setMessageHandler(TP_MessageHandler handler, void* user);
+void setFishMessageHandler(TP_FishMsgFun handler);
+void closeAll();
 
 } // namespace engine_double

@@ -1,6 +1,5 @@
-#include "tests/double/Streams.h"
-
 #include "tests/double/EngineDouble.h"
+#include "tests/double/Recorder.h"
 
 #include <condition_variable>
 #include <map>
@@ -17,7 +16,6 @@ struct Stream
     int parent = -1;
     int running = 0; // hooks that run now
     std::function<void(void*)> draw;
-    std::function<void(TP_ADDITION_DATA_INFO*)> addition;
 };
 
 struct Streams
@@ -42,33 +40,6 @@ template <class Use> auto withStreams(Use use)
     return use(s);
 }
 
-// Runs `hook` of a live stream; its stop waits.
-template <class Hook, class... Arguments> bool runHook(int playId, Hook Stream::*hook, Arguments... arguments)
-{
-    Streams& s = streams();
-    std::unique_lock lock(s.mutex);
-    const auto found = s.live.find(playId);
-    if (found == s.live.end() || !(found->second.get()->*hook))
-        return false;
-    const std::shared_ptr<Stream> stream = found->second;
-    const Hook running = stream.get()->*hook;
-    ++stream->running;
-    lock.unlock();
-    running(arguments...);
-    lock.lock();
-    --stream->running;
-    s.left.notify_all();
-    return true;
-}
-
-template <class Hook> void setHook(int playId, Hook Stream::*hook, Hook value)
-{
-    withStreams([&](Streams& s) {
-        if (const auto found = s.live.find(playId); found != s.live.end())
-            found->second.get()->*hook = std::move(value);
-    });
-}
-
 // With the lock: takes the stream out and waits until its hooks have left.
 void closeOne(Streams& s, std::unique_lock<std::mutex>& lock, int playId)
 {
@@ -80,21 +51,12 @@ void closeOne(Streams& s, std::unique_lock<std::mutex>& lock, int playId)
     s.left.wait(lock, [&] { return stream->running == 0; });
 }
 
-int viewOf(const Streams& s, int playId)
-{
-    for (const auto& [id, stream] : s.live) {
-        if (stream->parent == playId)
-            return id;
-    }
-    return -1;
-}
-
 } // namespace
 
 int opened(int playId, int parent)
 {
     if (playId != -1)
-        withStreams([=](Streams& s) { s.live[playId] = std::make_shared<Stream>(Stream{parent, 0, {}, {}}); });
+        withStreams([=](Streams& s) { s.live[playId] = std::make_shared<Stream>(Stream{parent, 0, {}}); });
     return playId;
 }
 
@@ -104,7 +66,12 @@ int closed(int playId, int result)
     std::unique_lock lock(s.mutex);
     if (result < 0 || playId < 0)
         return result;
-    for (int view = viewOf(s, playId); view != -1; view = viewOf(s, playId))
+    std::vector<int> views;
+    for (const auto& [id, stream] : s.live) {
+        if (stream->parent == playId)
+            views.push_back(id);
+    }
+    for (const int view : views)
         closeOne(s, lock, view);
     closeOne(s, lock, playId);
     return result;
@@ -118,12 +85,10 @@ void closeAll()
 
 void setDrawHook(int playId, std::function<void(void*)> hook)
 {
-    setHook(playId, &Stream::draw, std::move(hook));
-}
-
-void setAdditionHook(int playId, std::function<void(TP_ADDITION_DATA_INFO*)> hook)
-{
-    setHook(playId, &Stream::addition, std::move(hook));
+    withStreams([&](Streams& s) {
+        if (const auto found = s.live.find(playId); found != s.live.end())
+            found->second->draw = std::move(hook);
+    });
 }
 
 void setMessageHandler(TP_MessageHandler handler, void* user)
@@ -149,14 +114,23 @@ void emitFishMessage(void* data, unsigned length)
         handler(0, 0, data, length);
 }
 
+// The stop of the stream waits meanwhile.
 bool drawFrame(int playId, void* drawContext)
 {
-    return runHook(playId, &Stream::draw, drawContext);
-}
-
-void emitAddition(int playId, TP_ADDITION_DATA_INFO* info)
-{
-    runHook(playId, &Stream::addition, info);
+    Streams& s = streams();
+    std::unique_lock lock(s.mutex);
+    const auto found = s.live.find(playId);
+    if (found == s.live.end() || !found->second->draw)
+        return false;
+    const std::shared_ptr<Stream> stream = found->second;
+    const auto draw = stream->draw;
+    ++stream->running;
+    lock.unlock();
+    draw(drawContext);
+    lock.lock();
+    --stream->running;
+    s.left.notify_all();
+    return true;
 }
 
 std::vector<int> livePlays()

@@ -5,16 +5,12 @@
 #include "src/graphics/GraphicsView.h"
 #include "tests/support/Wall.h"
 
-#include <QApplication>
 #include <QJsonArray>
-#include <QMouseEvent>
 #include <QPointer>
-
-#include <utility>
 
 namespace wall {
 
-// One window of 1000 by 500 pixels that a test draws in with the mouse, and what the host hears of it.
+// One window of 1000 by 500 pixels that a test draws in with the mouse.
 class DrawingTest : public WallTest
 {
 protected:
@@ -24,17 +20,6 @@ protected:
         open(1, 0);
         ASSERT_EQ(window_->size(), QSize(1000, 500));
         heard().clear();
-        for (const LD_EventType type : kTypes)
-            LD_InstallEventCallback(type, [](LD_EventType of, QWidget*, const QJsonDocument* document) {
-                heard().emplace_back(of, document->object());
-            });
-    }
-
-    void TearDown() override
-    {
-        for (const LD_EventType type : kTypes)
-            LD_InstallEventCallback(type, nullptr);
-        WallTest::TearDown();
     }
 
     // Shows so many windows each way, and draws in one of them.
@@ -55,10 +40,9 @@ protected:
 
     void mouse(QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons held)
     {
-        QMouseEvent event(type, at, button, held, Qt::NoModifier);
-        event.setTimestamp(time_ += 1000);
+        time_ += 1000;
         if (window_)
-            QApplication::sendEvent(window_, &event);
+            sendMouse(window_, type, at, button, held, time_);
     }
     void press(QPoint at, Qt::MouseButton button = Qt::LeftButton)
     {
@@ -74,6 +58,11 @@ protected:
         move(at, Qt::NoButton);
         press(at, button);
         release(at, button);
+    }
+    void clicks(std::initializer_list<QPoint> all)
+    {
+        for (const QPoint at : all)
+            click(at);
     }
     void drag(QPoint from, QPoint to)
     {
@@ -98,27 +87,7 @@ protected:
     QJsonArray lines() { return shapes(LD_GetLineInfo, "lineInfo"); }
     QJsonArray points() { return shapes(LD_GetPointInfo, "pointInfo"); }
 
-    using Heard = std::vector<std::pair<LD_EventType, QJsonObject>>;
-    static Heard& heard()
-    {
-        static Heard instance;
-        return instance;
-    }
-    // What was heard of this type since the last question.
-    static std::vector<QJsonObject> told(LD_EventType type)
-    {
-        std::vector<QJsonObject> documents;
-        for (const auto& [of, document] : heard()) {
-            if (of == type)
-                documents.push_back(document);
-        }
-        heard().clear();
-        return documents;
-    }
-
 private:
-    static constexpr LD_EventType kTypes[] = {LD_EVENT_SHAPE_FINISHED, LD_EVENT_MOUSE, LD_EVENT_SHAPE_CHOSEN,
-                                              LD_EVENT_DRAWING_ENDED};
     QPointer<quillmark::lumen_deck::IPlayWindow> window_;
     unsigned long time_ = 0;
 };

@@ -1,7 +1,5 @@
 #include "tests/drawing/DrawingWall.h"
 
-#include <functional>
-
 namespace {
 
 using wall::DrawingTest;
@@ -16,9 +14,7 @@ std::vector<QPoint> pixelsOf(const QJsonValue& shape)
     return pixels;
 }
 
-class Mouse : public DrawingTest
-{
-};
+using Mouse = DrawingTest;
 
 TEST_F(Mouse, aRectangleIsDrawnByADrag)
 {
@@ -58,8 +54,7 @@ TEST_F(Mouse, aRectangleToolKeepsToItsLimit)
 TEST_F(Mouse, aPolygonGrowsClickByClick)
 {
     take("Polygon", R"({"maxPointSupport":4,"minPointSupport":3})");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     click({10, 10}, Qt::RightButton); // two points are too few
     EXPECT_TRUE(told(LD_EVENT_DRAWING_ENDED).empty());
     click({300, 300});
@@ -77,8 +72,7 @@ TEST_F(Mouse, aPolygonGrowsClickByClick)
 
     wall::take(LD_ClearGraphics(&main()));
     take("Polygon", R"({"maxPointSupport":9,"minPointSupport":3,"id":3})");
-    for (const QPoint at : {QPoint(100, 100), QPoint(300, 100), QPoint(300, 300)})
-        click(at);
+    clicks({{100, 100}, {300, 100}, {300, 300}});
     click({50, 50}, Qt::RightButton);
     EXPECT_EQ(pixelsOf(polygons()[0]).size(), 3U) << "the right button ends it";
     EXPECT_FALSE(view().current_tool_);
@@ -88,8 +82,7 @@ TEST_F(Mouse, aBrokenLineIsSilentAtItsLimitOnly)
 {
     const journal::Tolerated capitals;
     take("Line", R"({"maxPointSupport":2})");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     EXPECT_TRUE(told(LD_EVENT_DRAWING_ENDED).empty());
     ASSERT_EQ(lines().size(), 1);
     EXPECT_EQ(pixelsOf(lines()[0]).size(), 2U);
@@ -97,8 +90,7 @@ TEST_F(Mouse, aBrokenLineIsSilentAtItsLimitOnly)
 
     ASSERT_TRUE(ask(LD_ClearShapeByType, R"({"type":"LINE"})").null);
     take("Line", R"({"maxPointSupport":5})");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     click({50, 50}, Qt::RightButton);
     EXPECT_EQ(told(LD_EVENT_DRAWING_ENDED).size(), 1U);
 }
@@ -109,14 +101,12 @@ TEST_F(Mouse, callbackModeReportsWholeShapesAndGoesOn)
         ASSERT_TRUE(ask(LD_SetDrawCallback, R"({"enable":true,)" + more + "}").null);
     };
     draw(R"("type":"Line","display":false)");
-    click({100, 100});
-    click({300, 100});
+    clicks({{100, 100}, {300, 100}});
     auto finished = told(LD_EVENT_SHAPE_FINISHED);
     ASSERT_EQ(finished.size(), 1U);
     EXPECT_EQ(finished[0]["id"].toInt(), 666);
     EXPECT_TRUE(lines().isEmpty()) << "it is not to be displayed";
-    click({100, 200});
-    click({300, 200});
+    clicks({{100, 200}, {300, 200}});
     EXPECT_EQ(told(LD_EVENT_SHAPE_FINISHED).size(), 1U) << "the tool goes on";
 
     draw(R"("type":"Rect")");
@@ -180,16 +170,9 @@ TEST_F(Mouse, aPlayingWindowReportsTheMouseWithoutFloodingTheHost)
     EXPECT_EQ(types, (std::vector<int>{1, 7, 6, 4, 5}));
     EXPECT_NEAR(reports[0]["point"].toArray()[0].toDouble(), 100.0 / 1002, 1e-12);
 
-    const auto moveAt = [&](unsigned long time) {
-        QMouseEvent event(QEvent::MouseMove, QPointF(5, 5), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-        event.setTimestamp(time);
-        QApplication::sendEvent(window(), &event);
-    };
-    moveAt(1000000);
-    moveAt(1000199);
-    EXPECT_EQ(told(LD_EVENT_MOUSE).size(), 1U);
-    moveAt(1000200);
-    EXPECT_EQ(told(LD_EVENT_MOUSE).size(), 1U);
+    for (const unsigned long time : {1000000UL, 1000199UL, 1000200UL})
+        wall::sendMouse(window(), QEvent::MouseMove, {5, 5}, Qt::NoButton, Qt::LeftButton, time);
+    EXPECT_EQ(told(LD_EVENT_MOUSE).size(), 2U);
 }
 
 TEST_F(Mouse, aHostMayAnswerAReportWithAnyVerb)
@@ -204,50 +187,6 @@ TEST_F(Mouse, aHostMayAnswerAReportWithAnyVerb)
     EXPECT_TRUE(rectangles().isEmpty());
     ASSERT_TRUE(view().current_tool_);
     EXPECT_EQ(view().current_tool_->type(), quillmark::lumen_deck::ToolBase::Polygon) << "the new tool stays";
-}
-
-// A host that closes the wall when it is told something must find nothing of it touched afterwards.
-TEST_F(Mouse, theHostMayDeleteTheWallInAnyMouseEvent)
-{
-    struct Row
-    {
-        LD_EventType event;
-        const char* tool;
-        std::vector<QPoint> way;
-        QEvent::Type last;
-    };
-    const QEvent::Type press = QEvent::MouseButtonPress;
-    const QEvent::Type twice = QEvent::MouseButtonDblClick;
-    const std::vector<Row> rows = {
-        {LD_EVENT_DRAWING_ENDED, R"({"type":"Rect"})", {{100, 100}, {300, 200}}, press},
-        {LD_EVENT_SHAPE_FINISHED, R"({"type":"Line"})", {{100, 100}, {100, 100}, {300, 200}}, press},
-        {LD_EVENT_DRAWING_ENDED,
-         R"({"type":"Polygon","maxPointSupport":3})",
-         {{9, 9}, {9, 9}, {90, 90}, {90, 90}, {9, 90}},
-         press},
-        {LD_EVENT_MOUSE, "{}", {{100, 100}}, press},
-        {LD_EVENT_DOUBLE_CLICKED, "{}", {{100, 100}}, twice},
-        {LD_EVENT_SELECTED, "{}", {{100, 100}}, press},
-    };
-    static std::function<void()> close;
-    close = [this] { destroyMain(); };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.event);
-        open(2, row.event == LD_EVENT_SELECTED ? 3 : 0);
-        play();
-        QJsonObject tool = json(row.tool).object();
-        const QByteArray word = tool.take("type").toString().toUtf8();
-        if (row.event == LD_EVENT_SHAPE_FINISHED)
-            ASSERT_TRUE(ask(LD_SetDrawCallback, R"({"enable":true,"type":"Line"})").null);
-        else if (!word.isEmpty())
-            take(word, QJsonDocument(tool).toJson());
-        LD_InstallEventCallback(row.event, [](LD_EventType, QWidget*, const QJsonDocument*) { close(); });
-        for (std::size_t i = 0; i < row.way.size(); ++i)
-            mouse(i % 2 ? QEvent::MouseButtonRelease : row.last, row.way[i], Qt::LeftButton, Qt::LeftButton);
-        EXPECT_FALSE(window()) << "the event did not come";
-        LD_InstallEventCallback(row.event, nullptr);
-        remakeMain();
-    }
 }
 
 } // namespace

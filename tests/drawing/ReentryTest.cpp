@@ -30,37 +30,80 @@ void onAnotherThread(const std::function<void()>& action)
 class Reentry : public DrawingTest
 {
 protected:
-    // What makes each event come.
-    std::map<LD_EventType, std::function<void()>> gestures()
+    using Gestures = std::multimap<LD_EventType, std::function<void()>>;
+
+    void draw(const QByteArray& tool)
     {
-        const auto draw = [this](const QByteArray& tool) {
-            take("Rect", tool);
-            drag({100, 50}, {300, 150});
-        };
+        take("Rect", tool);
+        drag({100, 50}, {300, 150});
+    }
+    void drawForCallback(const QByteArray& word)
+    {
+        ask(LD_SetDrawCallback, R"({"enable":true,"type":")" + word + "\"}");
+        click({100, 50});
+        drag({100, 50}, {300, 150});
+    }
+    void choose()
+    {
+        draw(R"({"maxShapeSupport":1})");
+        press({200, 100});
+    }
+    void doubleClick() { mouse(QEvent::MouseButtonDblClick, {9, 9}, Qt::LeftButton, Qt::LeftButton); }
+
+    // What makes each event come.
+    Gestures gestures()
+    {
+        const auto report = [] { engine_double::emitMessage(engine_double::livePlays().back(), 1); };
         return {
             {LD_EVENT_SELECTED, [this] { arrange(R"({"custom":[{"wndIndex":1},{"wndIndex":0}]})"); }},
-            {LD_EVENT_DOUBLE_CLICKED,
-             [this] {
-                 mouse(QEvent::MouseButtonDblClick, {9, 9}, Qt::LeftButton, Qt::LeftButton);
-             }},
-            {LD_EVENT_STREAM,
-             [] { onAnotherThread([] { engine_double::emitMessage(engine_double::livePlays().back(), 1); }); }},
+            {LD_EVENT_DOUBLE_CLICKED, [this] { doubleClick(); }},
+            {LD_EVENT_STREAM, [report] { onAnotherThread(report); }},
             {LD_EVENT_MOUSE,
              [this] {
-                 press({9, 9});
+                 click({9, 9});
              }},
-            {LD_EVENT_SHAPE_FINISHED,
-             [this, draw] {
-                 ask(LD_SetDrawCallback, R"({"enable":true,"type":"Rect"})");
-                 drag({100, 50}, {300, 150});
+            {LD_EVENT_SHAPE_FINISHED, [this] { drawForCallback("Rect"); }},
+            {LD_EVENT_DRAWING_ENDED, [this] { draw("{}"); }},
+            {LD_EVENT_SHAPE_CHOSEN, [this] { choose(); }},
+        };
+    }
+
+    // Others that come from code of their own.
+    Gestures moreGestures()
+    {
+        return {
+            {LD_EVENT_SHAPE_FINISHED, [this] { drawForCallback("Line"); }},
+            {LD_EVENT_SELECTED,
+             [this] {
+                 open(2, 3);
+                 click({9, 9});
              }},
-            {LD_EVENT_DRAWING_ENDED, [draw] { draw("{}"); }},
-            {LD_EVENT_SHAPE_CHOSEN,
-             [this, draw] {
-                 draw(R"({"maxShapeSupport":1})");
-                 press({200, 100});
+            {LD_EVENT_DRAWING_ENDED,
+             [this] {
+                 take("Polygon", R"({"maxPointSupport":3})");
+                 clicks({{9, 9}, {90, 90}, {9, 90}});
              }},
         };
+    }
+
+    // Makes the event come once, and does that in it.
+    void doInEvent(const Gestures::value_type& gesture, const std::function<void()>& action)
+    {
+        static std::function<void()> inEvent;
+        bool called = false;
+        LD_InstallEventCallback(gesture.first, [](LD_EventType, QWidget*, const QJsonDocument*) {
+            if (const auto once = std::exchange(inEvent, nullptr))
+                once();
+        });
+        remakeMain();
+        open(2, 0);
+        play();
+        inEvent = [&] {
+            called = true;
+            action();
+        };
+        gesture.second();
+        EXPECT_TRUE(called);
     }
 
 private:
@@ -70,32 +113,30 @@ private:
 TEST_F(Reentry, everyFunctionMayBeCalledInEveryEvent)
 {
     const journal::Tolerated oneDocumentForAll;
-    static std::function<void()> inEvent;
-    for (const auto& [type, gesture] : gestures()) {
-        LD_InstallEventCallback(type, [](LD_EventType, QWidget*, const QJsonDocument*) {
-            if (const auto action = std::exchange(inEvent, nullptr))
-                action();
-        });
+    for (const auto& gesture : gestures()) {
         for (const Function& function : functions::all()) {
-            if (type == LD_EVENT_STREAM && function.onMainThread)
+            if (gesture.first == LD_EVENT_STREAM && function.onMainThread)
                 continue;
-            SCOPED_TRACE(testing::Message() << function.name << " in event " << type);
-            remakeMain();
-            open(2, 0);
-            play();
+            SCOPED_TRACE(testing::Message() << function.name << " in event " << gesture.first);
             QElapsedTimer clock;
             clock.start();
-            bool called = false;
-            inEvent = [&, &f = function] {
-                called = true;
-                LD_Release(f(&main(), &functions::request()));
-            };
-            gesture();
-            EXPECT_TRUE(called);
+            doInEvent(gesture, [&] { LD_Release(function(&main(), &functions::request())); });
             EXPECT_LT(clock.elapsed(), 2000);
         }
-        LD_InstallEventCallback(type, nullptr);
     }
+}
+
+// Nothing of a wall is touched afterwards.
+TEST_F(Reentry, theHostMayDeleteTheWallInEveryEvent)
+{
+    for (const Gestures& all : {gestures(), moreGestures()}) {
+        for (const auto& gesture : all) {
+            SCOPED_TRACE(gesture.first);
+            if (gesture.first != LD_EVENT_STREAM)
+                doInEvent(gesture, [&] { destroyMain(); });
+        }
+    }
+    remakeMain();
 }
 
 TEST_F(Reentry, everyFunctionReturnsOnAForeignThread)

@@ -20,13 +20,7 @@ template <class Tool> std::shared_ptr<Tool> toolOf(const ParsedTool& parsed)
 
 TEST(ToolDocuments, refuseWhatTheirToolCannotDo)
 {
-    struct Row
-    {
-        ParsedTool (*parse)(const QJsonObject&);
-        const char* document;
-        std::string message;
-    };
-    const Row rows[] = {
+    const std::tuple<ParsedTool (*)(const QJsonObject&), const char*, std::string> rows[] = {
         {parseToolPolygon, R"({"maxPointSupport":2})", "can not set polygon max points less than 3"},
         {parseToolPolygon, R"({"maxPointSupport":3,"minPointSupport":2})",
          "can not set polygon min points less than 3"},
@@ -45,10 +39,10 @@ TEST(ToolDocuments, refuseWhatTheirToolCannotDo)
         {parseToolRectangle, R"({"tips":5,"id":"x","widthHeightRate":"x","maxShapeSupport":1e300})", ""},
         {parseToolZoom, R"({"type":"x"})", ""},
     };
-    for (const Row& row : rows) {
-        const ParsedTool parsed = row.parse(object(row.document));
-        EXPECT_EQ(messageOf(parsed.first), row.message) << row.document;
-        EXPECT_EQ(parsed.second != nullptr, row.message.empty()) << row.document;
+    for (const auto& [parse, document, message] : rows) {
+        const ParsedTool parsed = parse(object(document));
+        EXPECT_EQ(messageOf(parsed.first), message) << document;
+        EXPECT_EQ(parsed.second != nullptr, message.empty()) << document;
     }
     for (const auto parse :
          {parseToolPolygon, parseToolBreakline, parseToolLine, parseToolPoint, parseToolRectangle, parseToolZoom})
@@ -69,24 +63,11 @@ TEST(ToolDocuments, readEachKeyInItsOwnWay)
 
     EXPECT_EQ(toolOf<ToolRectangle>(parseToolRectangle(object(R"({"widthHeightRate":0})")))->widthHeightRate, -1.0);
     EXPECT_FALSE(toolOf<ToolRectangle>(parseToolRectangle(object(R"({"redrawMode":2})")))->redraw);
-}
 
-TEST(ToolDocuments, aLineTakesItsDirectionFromItsType)
-{
-    struct Row
-    {
-        const char* document;
-        int cross;
-        int side;
-    };
-    for (const Row& row : {Row{R"({"lineType":3,"direction":1})", 2, 0}, Row{R"({"lineType":3,"direction":2})", 3, 0},
-                           Row{R"({"lineType":3,"direction":9})", 1, 0}, Row{R"({"lineType":1,"direction":1})", 0, 2},
-                           Row{R"({"lineType":4,"direction":2})", 0, 1}, Row{R"({"lineType":2,"direction":1})", 0, 0},
-                           Row{R"({"direction":1})", 0, 0}}) {
-        const auto tool = toolOf<ToolLine>(parseToolLine(object(row.document)));
-        EXPECT_EQ(tool->crossDirection, row.cross) << row.document;
-        EXPECT_EQ(tool->sideDirection, row.side) << row.document;
-    }
+    const auto line = [](const char* document) { return toolOf<ToolLine>(parseToolLine(object(document))); };
+    EXPECT_EQ(line(R"({"lineType":3,"direction":2})")->crossDirection, 3);
+    EXPECT_EQ(line(R"({"lineType":1,"direction":1})")->sideDirection, 2);
+    EXPECT_EQ(line(R"({"direction":1})")->sideDirection, 0);
 }
 
 } // namespace

@@ -23,13 +23,8 @@ protected:
 TEST_F(Verbs, clearWhatTheirWordSays)
 {
     const journal::Tolerated words;
-    struct Row
-    {
-        QByteArray request;
-        int byType; // shapes left of the seven
-        int byId;
-    };
-    const Row rows[] = {
+    const std::tuple<QByteArray, int, int> rows[] = {
+        // shapes left of the seven by type, and by id
         {R"({"type":"RECT","id":[2]})", 6, 6},
         {R"({"type":"rect"})", 5, 7},
         {R"({"type":"polygon","id":[1]})", 7, 7},
@@ -42,13 +37,13 @@ TEST_F(Verbs, clearWhatTheirWordSays)
         {R"({"id":[1]})", 7, 7},
         {R"({"type":"point","id":"6"})", 6, 7},
     };
-    for (const Row& row : rows) {
-        for (const auto& [verb, left] : {std::pair{LD_ClearShapeByType, row.byType}, {LD_ClearShapeById, row.byId}}) {
+    for (const auto& [request, byType, byId] : rows) {
+        for (const auto& [verb, left] : {std::pair{LD_ClearShapeByType, byType}, {LD_ClearShapeById, byId}}) {
             wall::take(LD_ClearGraphics(&main()));
             addAll();
             ASSERT_EQ(count(), 7);
-            EXPECT_TRUE(ask(verb, row.request).null);
-            EXPECT_EQ(count(), left) << row.request.toStdString();
+            EXPECT_TRUE(ask(verb, request).null);
+            EXPECT_EQ(count(), left) << request.toStdString();
         }
     }
 }

@@ -7,21 +7,6 @@
 #include <future>
 #include <gmock/gmock.h>
 
-namespace {
-
-// What the functions need to answer without help; all others get an empty object.
-const QHash<QString, QJsonObject> kArgs{
-    {"LD_HideWindow", {{"index", 0}}},
-    {"LD_ShowWindow", {{"index", 0}}},
-    {"LD_IsWindowHidden", {{"index", 0}}},
-    {"LD_IsWindowPlaying", {{"index", 0}}},
-    {"LD_WndResolutionChange", {{"index", 0}}},
-    {"LD_InstallEventCallback", {{"type", 6}, {"install", true}}},
-    {"LD_OpenDirectory", {{"dir", "/no/such/folder"}}},
-};
-
-} // namespace
-
 TEST(Control, EveryFunctionAnswersByName)
 {
     const journal::Tolerated emptyRequests;
@@ -33,9 +18,11 @@ TEST(Control, EveryFunctionAnswersByName)
 #define LUMEN_DECK_OWN(name, route) #name,
 #include <include/lumen_deck/functions.def>
     };
+    // What some need to answer without help.
+    const QJsonObject args{{"index", 0}, {"type", 6}, {"install", true}, {"dir", "/no/such/folder"}};
     WallProgram wall;
     for (const QString& name : names) { // on a worker no dialog waits for a person
-        QJsonObject line{{"call", name}, {"args", kArgs.value(name)}, {"thread", "worker"}};
+        QJsonObject line{{"call", name}, {"args", args}, {"thread", "worker"}};
         QJsonObject answer = wall.request(line);
         if (answer.value("error").toString().endsWith("main thread only")) {
             line.remove("thread");
@@ -50,24 +37,42 @@ TEST(Control, EveryFunctionAnswersByName)
     EXPECT_EQ(wall.brokenLines(), 0);
 }
 
-TEST(Control, ABadLineIsAnsweredAndChangesNothing)
+TEST(Control, ABadLineIsToldAndChangesNothing)
 {
+    const std::pair<QByteArray, const char*> bad[] = {
+        {"nonsense", "no JSON"},
+        {R"({"call": "LD_Stop")", "no JSON"},
+        {QByteArray(100000, '['), "no JSON"},
+        {"\xff\xfe\x01", "no JSON"},
+        {"[1, 2]", "one JSON object"},
+        {"{}", "must be there"},
+        {R"({"call": "LD_Nothing"})", "no function is named \"LD_Nothing\""},
+        {"{\"call\": \"LD_\xff\"}", "no"},
+        {R"({"call": "LD_Play", "args": null})", "\"args\" is an object or an array"},
+        {R"({"call": "LD_ArrangeWindow", "args": {"type": 4}, "thread": "elsewhere"})", "\"thread\""},
+        {R"({"call": "LD_Play", "thread": 1})", "\"thread\""},
+        {R"({"call": "LD_Play", "arg": {}})", "\"arg\""},
+        {R"({"call": "LD_Play", "quit": true})", "\"quit\""},
+        {R"({"call": "LD_HideWindow", "args": {"index": 0}, "thread": "worker"})", "main thread only"},
+        {R"({"call": "LD_SetGridInfo", "thread": "worker"})", "main thread only"},
+        {R"({"call": "LD_HideWindow"})", "index"},
+        {R"({"call": "LD_HideWindow", "args": {"index": "0"}})", "index"},
+        {R"({"call": "LD_HideWindow", "args": {"index": 0.5}})", "index"},
+        {R"({"call": "LD_HideWindow", "args": {"index": 1e12}})", "index"},
+        {R"({"call": "LD_InstallEventCallback", "args": {"type": 9, "install": true}})", "0 to 8"},
+        {R"({"call": "LD_InstallEventCallback", "args": {"type": 3, "install": 1}})", "true or false"},
+        {R"({"screenshot": true})", "\"screenshot\""},
+        {R"({"screenshot": "/no/such/folder/a.png"})", ""},
+    };
     WallProgram wall({"--grid", "2"});
     const QJsonObject before = wall.status();
-    const QList<QByteArray> bad{"nonsense",
-                                "[1, 2]",
-                                "{\"call\": \"LD_Stop\"",
-                                "{\"call\": \"LD_Nothing\", \"args\": {}}",
-                                R"({"call": "LD_ArrangeWindow", "args": {"type": 4}, "thread": "elsewhere"})",
-                                R"({"call": "LD_HideWindow", "args": {"index": "0"}})",
-                                R"({"call": "LD_HideWindow", "args": {"index": 0}, "thread": "worker"})",
-                                QByteArray(100000, '['),
-                                "\xff\xfe\x01",
-                                R"({"screenshot": "/no/such/folder/a.png"})"};
-    for (const QByteArray& line : bad) {
+    for (const auto& [line, why] : bad) {
         wall.send(line);
-        EXPECT_TRUE(wall.answerWithoutId().contains("error")) << line.left(80).constData();
+        const QJsonValue error = wall.answer(QJsonValue::Null)["error"];
+        EXPECT_TRUE(error.isString() && error.toString().contains(why)) << line.left(80).constData();
     }
+    wall.send(R"({"id": {"a": [1]}, "call": 1})");
+    EXPECT_TRUE(wall.answer(QJsonObject{{"a", QJsonArray{1}}}).contains("error")) << "an error line has its id too";
     EXPECT_EQ(wall.status(), before);
     EXPECT_TRUE(wall.end());
     for (const QJsonObject& line : wall.lines())
@@ -76,23 +81,21 @@ TEST(Control, ABadLineIsAnsweredAndChangesNothing)
 
 TEST(Control, EventsCanBeTurnedOffAndOn)
 {
-    const auto relayout = [](WallProgram& wall) { // the second window comes first and is selected
+    WallProgram wall;
+    const auto selections = [&] { // so far; the second window comes first and is selected
         wall.call("LD_SetLayout", QJsonArray{QJsonObject{{"wndIndex", 1}}, QJsonObject{{"wndIndex", 0}}});
-    };
-    const auto selections = [](const WallProgram& wall) {
         return std::count_if(wall.lines().begin(), wall.lines().end(),
                              [](const QJsonObject& line) { return line.value("event") == QJsonValue(0); });
     };
-    WallProgram wall;
-    relayout(wall);
-    const auto heard = selections(wall);
+    const auto install = [&](bool on) {
+        return wall.call("LD_InstallEventCallback", QJsonObject{{"type", 0}, {"install", on}});
+    };
+    const auto heard = selections();
     EXPECT_GT(heard, 0);
-    EXPECT_EQ(wall.call("LD_InstallEventCallback", QJsonObject{{"type", 0}, {"install", false}}), QJsonValue(true));
-    relayout(wall);
-    EXPECT_EQ(selections(wall), heard);
-    EXPECT_EQ(wall.call("LD_InstallEventCallback", QJsonObject{{"type", 0}, {"install", true}}), QJsonValue(false));
-    relayout(wall);
-    EXPECT_GT(selections(wall), heard);
+    EXPECT_EQ(install(false), QJsonValue(true));
+    EXPECT_EQ(selections(), heard);
+    EXPECT_EQ(install(true), QJsonValue(false));
+    EXPECT_GT(selections(), heard);
 }
 
 TEST(Control, WorkersRunSideBySideAndLinesStayWhole)
@@ -113,11 +116,9 @@ TEST(Control, WorkersRunSideBySideAndLinesStayWhole)
                                     {"filename", clip("config", "color=c=red:s=64x64:r=25", 1)}},
                                    "worker");
     QList<int> ids;
-    for (int i = 0; i < calls; ++i) {
-        const bool onWorker = i % 3 != 0;
-        ids.append(i % 2 == 0 ? wall.sendCall("LD_Pause", {{"wndIndex", i % 4}}, onWorker ? "worker" : "main")
-                              : wall.sendCall("LD_QueryLayout", {}, onWorker ? "worker" : "main"));
-    }
+    for (int i = 0; i < calls; ++i)
+        ids.append(wall.sendCall(i % 2 == 0 ? "LD_Pause" : "LD_QueryLayout", {{"wndIndex", i % 4}},
+                                 i % 3 == 0 ? "main" : "worker"));
     for (int i = 0; i < calls; ++i) {
         const QJsonObject result = wall.answer(ids[i]).value("result").toObject();
         EXPECT_EQ(result.value("errorCode").toInt(), i % 2 == 0 ? 501 : 0) << "call " << i;
@@ -186,10 +187,11 @@ TEST(End, TheProgramSaysWhatIsWrongWithItsCommandLine)
 
 TEST(End, ASetTimeEndsWithAScreenshot)
 {
-    const QString path = clip("seconds", "color=c=red:s=352x288:r=25", 30) + ".png";
+    const QString film = clip("seconds", "color=c=red:s=352x288:r=25", 30);
+    const QString path = film + ".png";
     QProcess process;
-    process.start(programPath("lumen-wall"), {"--seconds", "3", "--size", "640x480", "--no-names", "--screenshot", path,
-                                              clip("seconds", "color=c=red:s=352x288:r=25", 30)});
+    process.start(programPath("lumen-wall"),
+                  {"--seconds", "3", "--size", "640x480", "--no-names", "--screenshot", path, film});
     ASSERT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitCode(), 0);
     const QImage seen(path);

@@ -12,10 +12,9 @@ enum StreamCode
     Opened = 1,
     OpenFailed = 2,
     Ended = 4,
-    Lost = 5,
-    Restored = 6
+    Lost = 5
 };
-constexpr int kSelected = 0, kStream = 3;
+constexpr int kStream = 3;
 
 QString colourClip(const QString& colour)
 {
@@ -53,27 +52,9 @@ private:
     QProcess process_;
 };
 
-QJsonObject cellPlace(WallProgram& wall, int cell, const char* what = "picture")
+QRect toRect(const QJsonValue& place)
 {
-    return wall.status().value("windows").toArray()[cell].toObject().value(what).toObject();
-}
-
-QRect toRect(const QJsonObject& place)
-{
-    return {place.value("x").toInt(), place.value("y").toInt(), place.value("width").toInt(),
-            place.value("height").toInt()};
-}
-
-QImage picture(WallProgram& wall, int cell)
-{
-    return wall.screenshot().copy(toRect(cellPlace(wall, cell)));
-}
-
-// What stands in the middle of a cell, away from its tag.
-QColor middle(WallProgram& wall, int cell)
-{
-    const QImage seen = picture(wall, cell);
-    return seen.pixelColor(seen.width() / 2, seen.height() / 2);
+    return {place["x"].toInt(), place["y"].toInt(), place["width"].toInt(), place["height"].toInt()};
 }
 
 bool near(const QColor& a, const QColor& b)
@@ -82,12 +63,46 @@ bool near(const QColor& a, const QColor& b)
            std::abs(a.blue() - b.blue()) < 24;
 }
 
-QJsonObject playArgs(int cell, const QString& url)
-{
-    return {{"wndIndex", cell}, {"url", url}, {"auth", ""}};
-}
-
 const QJsonValue kNull(QJsonValue::Null);
+
+// The program, and what can be seen of it.
+class Wall : public WallProgram
+{
+public:
+    using WallProgram::WallProgram;
+
+    void start(int cell, const QString& url, const QString& thread = "main")
+    {
+        EXPECT_EQ(call("LD_Play", QJsonObject{{"wndIndex", cell}, {"url", url}, {"auth", ""}}, thread), kNull);
+    }
+    void play(int cell, const QString& url)
+    {
+        start(cell, url);
+        EXPECT_TRUE(sawEvent(kStream, cell, Opened)) << "window " << cell;
+    }
+    void ask(const char* function, int cell) { EXPECT_EQ(call(function, QJsonObject{{"wndIndex", cell}}), kNull); }
+    void arrange(int type) { EXPECT_EQ(call("LD_ArrangeWindow", QJsonObject{{"type", type}}), kNull); }
+    bool is(const char* question, int cell) { return call(question, QJsonObject{{"index", cell}}).toBool(); }
+
+    QRect place(int cell, const char* what = "picture")
+    {
+        return toRect(status()["windows"].toArray()[cell].toObject()[what]);
+    }
+    QImage picture(int cell) { return screenshot().copy(place(cell)); }
+    // What stands in the middle of a cell, away from its tag.
+    bool shows(int cell, const QColor& color)
+    {
+        return eventually([&] {
+            const QImage seen = picture(cell);
+            return near(seen.pixelColor(seen.width() / 2, seen.height() / 2), color);
+        });
+    }
+    bool moves(int cell)
+    {
+        const QImage before = picture(cell);
+        return eventually([&] { return picture(cell) != before; });
+    }
+};
 
 } // namespace
 
@@ -95,57 +110,48 @@ TEST(Play, EachCellShowsItsClipAndOneALiveCamera)
 {
     const QStringList colours{"red", "lime", "blue"};
     const Camera camera(colourClip("yellow"));
-    WallProgram wall({"--grid", "2"});
+    Wall wall({"--grid", "2"});
     for (int cell = 0; cell < 3; ++cell)
-        ASSERT_EQ(wall.call("LD_Play", playArgs(cell, colourClip(colours[cell]))), kNull);
-    ASSERT_EQ(wall.call("LD_Play", playArgs(3, camera.address()), "worker"), kNull);
+        wall.play(cell, colourClip(colours[cell]));
+    wall.start(3, camera.address(), "worker");
+    EXPECT_TRUE(wall.sawEvent(kStream, 3, Opened));
     for (int cell = 0; cell < 4; ++cell)
-        EXPECT_TRUE(wall.sawEvent(kStream, cell, Opened)) << "window " << cell;
-    for (int cell = 0; cell < 4; ++cell) {
-        const QColor expected(cell < 3 ? colours[cell] : "yellow");
-        EXPECT_TRUE(eventually([&] { return near(middle(wall, cell), expected); }))
-            << "window " << cell << " shows " << middle(wall, cell).name().toStdString();
-    }
+        EXPECT_TRUE(wall.shows(cell, cell < 3 ? colours[cell] : "yellow")) << "window " << cell;
     EXPECT_EQ(wall.brokenLines(), 0);
 }
 
 TEST(Play, PausedPictureStandsAndStoppedPictureGoes)
 {
-    WallProgram wall;
-    ASSERT_EQ(wall.call("LD_Play", playArgs(0, movingClip())), kNull);
-    ASSERT_TRUE(wall.sawEvent(kStream, 0, Opened));
-    const QImage first = picture(wall, 0);
-    EXPECT_TRUE(eventually([&] { return picture(wall, 0) != first; })) << "it moves";
+    Wall wall;
+    wall.play(0, movingClip());
+    EXPECT_TRUE(wall.moves(0));
 
-    ASSERT_EQ(wall.call("LD_Pause", QJsonObject{{"wndIndex", 0}}), kNull);
+    wall.ask("LD_Pause", 0);
     QImage before;
     EXPECT_TRUE(eventually([&] {
-        before = picture(wall, 0);
-        return picture(wall, 0) == before;
+        before = wall.picture(0);
+        return wall.picture(0) == before;
     })) << "it stands";
-    ASSERT_EQ(wall.call("LD_FrameForward", QJsonObject{{"wndIndex", 0}}), kNull);
-    EXPECT_TRUE(eventually([&] { return picture(wall, 0) != before; })) << "one picture on";
-    ASSERT_EQ(wall.call("LD_Resume", QJsonObject{{"wndIndex", 0}}), kNull);
-    EXPECT_EQ(wall.call("LD_QueryPlayStatus", QJsonObject{{"wndIndex", 0}})
-                  .toObject()["playInfo"]
-                  .toObject()["pictureSize"]
-                  .toObject()["width"],
-              QJsonValue(352));
+    wall.ask("LD_FrameForward", 0);
+    EXPECT_TRUE(eventually([&] { return wall.picture(0) != before; })) << "one picture on";
+    wall.ask("LD_Resume", 0);
+    const QJsonValue status = wall.call("LD_QueryPlayStatus", QJsonObject{{"wndIndex", 0}});
+    EXPECT_EQ(status["playInfo"]["pictureSize"]["width"], QJsonValue(352));
 
-    ASSERT_EQ(wall.call("LD_Stop", QJsonObject{{"wndIndex", 0}}), kNull);
-    EXPECT_EQ(wall.call("LD_IsWindowPlaying", QJsonObject{{"index", 0}}), QJsonValue(false));
+    wall.ask("LD_Stop", 0);
+    EXPECT_FALSE(wall.is("LD_IsWindowPlaying", 0));
     EXPECT_TRUE(eventually([&] {
-        const QImage seen = picture(wall, 0);
+        const QImage seen = wall.picture(0);
         return seen.pixelColor(20, seen.height() / 2) == seen.pixelColor(seen.width() - 20, seen.height() / 3);
     })) << "the background is back";
 }
 
 TEST(Play, TheEndAndAMissingFileAreTold)
 {
-    WallProgram wall({"--grid", "2"});
-    ASSERT_EQ(wall.call("LD_Play", playArgs(0, clip("short", "color=c=white:s=352x288:r=25", 1))), kNull);
+    Wall wall({"--grid", "2"});
+    wall.start(0, clip("short", "color=c=white:s=352x288:r=25", 1));
     EXPECT_TRUE(wall.sawEvent(kStream, 0, Ended));
-    wall.call("LD_Play", playArgs(1, "/no/such/film.mp4"));
+    wall.start(1, "/no/such/film.mp4");
     EXPECT_TRUE(wall.sawEvent(kStream, 1, OpenFailed));
     EXPECT_TRUE(eventually([&] {
         return wall.status()["windows"].toArray()[1].toObject()["trouble"] == QJsonValue("cannot be opened");
@@ -154,42 +160,35 @@ TEST(Play, TheEndAndAMissingFileAreTold)
 
 TEST(Play, AClipThatEndsOutsideOfTheLayoutLoopsWhenItIsBack)
 {
-    WallProgram wall({"--grid", "2", "--loop"});
-    ASSERT_EQ(wall.call("LD_Play", playArgs(3, clip("brief", "color=c=white:s=352x288:r=25", 3))), kNull);
-    ASSERT_EQ(wall.call("LD_Play", playArgs(2, movingClip())), kNull);
-    ASSERT_TRUE(wall.sawEvent(kStream, 3, Opened));
-    ASSERT_TRUE(wall.sawEvent(kStream, 2, Opened));
-    wall.call("LD_ArrangeWindow", QJsonObject{{"type", 1}});
+    Wall wall({"--grid", "2", "--loop"});
+    wall.play(3, clip("brief", "color=c=white:s=352x288:r=25", 3));
+    wall.play(2, movingClip());
+    wall.arrange(1);
     EXPECT_TRUE(wall.sawEvent(kStream, -1, Ended));
-    wall.call("LD_ArrangeWindow", QJsonObject{{"type", 2}});
+    wall.arrange(2);
     EXPECT_TRUE(wall.sawEvent(kStream, 3, Opened));
     EXPECT_FALSE(wall.sawEvent(kStream, 2, Opened, 500)) << "what goes on is left alone";
-    const QImage before = picture(wall, 2);
-    EXPECT_TRUE(eventually([&] { return picture(wall, 2) != before; }));
+    EXPECT_TRUE(wall.moves(2));
 }
 
 TEST(Play, ACameraThatGoesIsToldAndTheOtherWindowsGoOn)
 {
     auto camera = std::make_unique<Camera>(colourClip("yellow"));
-    WallProgram wall({"--grid", "2"});
-    ASSERT_EQ(wall.call("LD_Play", playArgs(0, camera->address())), kNull);
-    ASSERT_EQ(wall.call("LD_Play", playArgs(1, movingClip())), kNull);
-    ASSERT_TRUE(wall.sawEvent(kStream, 0, Opened));
-    ASSERT_TRUE(wall.sawEvent(kStream, 1, Opened));
+    Wall wall({"--grid", "2"});
+    wall.play(0, camera->address());
+    wall.play(1, movingClip());
     camera.reset();
     EXPECT_TRUE(wall.sawEvent(kStream, 0, Lost, 30000));
-    const QImage before = picture(wall, 1);
-    EXPECT_TRUE(eventually([&] { return picture(wall, 1) != before; }));
+    EXPECT_TRUE(wall.moves(1));
 }
 
 TEST(Mouse, AClickSelectsAndADoubleClickEnlargesAndShrinksAgain)
 {
-    WallProgram wall({"--grid", "2"});
-    ASSERT_EQ(wall.call("LD_Play", playArgs(3, colourClip("red"))), kNull);
-    ASSERT_TRUE(wall.sawEvent(kStream, 3, Opened));
-    const QPoint at = toRect(cellPlace(wall, 3)).center();
-    const QRect small = toRect(cellPlace(wall, 3, "cell"));
-    const QRect all = toRect(wall.status()["wall"].toObject());
+    Wall wall({"--grid", "2"});
+    wall.play(3, colourClip("red"));
+    const QPoint at = wall.place(3).center();
+    const QRect small = wall.place(3, "cell");
+    const QRect all = toRect(wall.status()["wall"]);
     const auto click = [&](int times) {
         QProcess::execute("xdotool", {"mousemove", QString::number(at.x()), QString::number(at.y()), "click",
                                       "--repeat", QString::number(times), "--delay", "60", "1"});
@@ -198,20 +197,19 @@ TEST(Mouse, AClickSelectsAndADoubleClickEnlargesAndShrinksAgain)
     EXPECT_TRUE(eventually([&] { return wall.status()["selected"] == QJsonValue(3); }));
     QThread::sleep(1); // or the click counts as the first of the next two
     click(2);
-    EXPECT_TRUE(eventually([&] { return toRect(cellPlace(wall, 3, "cell")).width() >= all.width() - 1; }));
-    EXPECT_EQ(wall.call("LD_IsWindowHidden", QJsonObject{{"index", 0}}), QJsonValue(true));
-    EXPECT_TRUE(eventually([&] { return near(middle(wall, 3), Qt::red); }));
+    EXPECT_TRUE(eventually([&] { return wall.place(3, "cell").width() >= all.width() - 1; }));
+    EXPECT_TRUE(wall.is("LD_IsWindowHidden", 0));
+    EXPECT_TRUE(wall.shows(3, Qt::red));
     QThread::sleep(1);
     click(2);
-    EXPECT_TRUE(eventually([&] { return toRect(cellPlace(wall, 3, "cell")) == small; }));
-    EXPECT_EQ(wall.call("LD_IsWindowHidden", QJsonObject{{"index", 0}}), QJsonValue(false));
+    EXPECT_TRUE(eventually([&] { return wall.place(3, "cell") == small; }));
+    EXPECT_FALSE(wall.is("LD_IsWindowHidden", 0));
 }
 
 TEST(Layout, TheWallKeepsItsSizeAndTheStreamsTheirWindows)
 {
-    WallProgram wall({"--grid", "2"});
-    ASSERT_EQ(wall.call("LD_Play", playArgs(1, colourClip("lime"))), kNull);
-    ASSERT_TRUE(wall.sawEvent(kStream, 1, Opened));
+    Wall wall({"--grid", "2"});
+    wall.play(1, colourClip("lime"));
     const QJsonValue size = wall.status()["wall"];
     for (int type : {3, 1, 4, 2}) {
         for (const char* thread : {"main", "worker"}) {
@@ -222,7 +220,6 @@ TEST(Layout, TheWallKeepsItsSizeAndTheStreamsTheirWindows)
     }
     ASSERT_EQ(wall.call("LD_SetWndRatioMode", QJsonObject{{"wndIndex", 1}, {"mode", 4}}), kNull);
     EXPECT_EQ(wall.status()["wall"], size);
-    const QRect square = toRect(cellPlace(wall, 1));
-    EXPECT_EQ(square.width(), square.height());
-    EXPECT_TRUE(eventually([&] { return near(middle(wall, 1), Qt::green); }));
+    EXPECT_EQ(wall.place(1).width(), wall.place(1).height());
+    EXPECT_TRUE(wall.shows(1, Qt::green));
 }

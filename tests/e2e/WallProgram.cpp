@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QTemporaryDir>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -28,28 +27,14 @@ QString programPath(const QString& name)
     return QCoreApplication::applicationDirPath() + "/" + name;
 }
 
-bool eventually(const std::function<bool()>& condition, int waitMs)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition()) {
-        if (clock.elapsed() > waitMs)
-            return false;
-        QThread::msleep(50);
-    }
-    return true;
-}
-
 QString clip(const QString& name, const QString& filter, int seconds)
 {
     const QString path = scratch(name + ".mp4");
     if (QFile::exists(path))
         return path;
-    const QStringList options{
-        "-nostdin", "-v",      "error",   "-f",        "lavfi", "-i", filter, "-t", QString::number(seconds),
-        "-c:v",     "libx264", "-preset", "ultrafast", "-bf",   "0",  "-g",   "25", "-pix_fmt",
-        "yuv420p",  path};
-    EXPECT_EQ(QProcess::execute("ffmpeg", options), 0);
+    const QStringList source{"-nostdin", "-v", "error", "-f", "lavfi", "-t", QString::number(seconds), "-i", filter};
+    const QString film = "-c:v libx264 -preset ultrafast -bf 0 -g 25 -pix_fmt yuv420p";
+    EXPECT_EQ(QProcess::execute("ffmpeg", source + film.split(' ') + QStringList{path}), 0);
     return path;
 }
 
@@ -77,9 +62,19 @@ QJsonValue WallProgram::call(const QString& function, const QJsonValue& args, co
 
 QJsonObject WallProgram::request(QJsonObject line)
 {
+    return answer(sendWithId(std::move(line)));
+}
+
+int WallProgram::sendWithId(QJsonObject line)
+{
     line.insert("id", ++lastId_);
     send(QJsonDocument(line).toJson(QJsonDocument::Compact));
-    return answer(lastId_);
+    return lastId_;
+}
+
+int WallProgram::sendCall(const QString& function, const QJsonObject& args, const QString& thread)
+{
+    return sendWithId({{"call", function}, {"args", args}, {"thread", thread}});
 }
 
 QImage WallProgram::screenshot()
@@ -97,23 +92,10 @@ void WallProgram::send(const QByteArray& line)
     process_.waitForBytesWritten();
 }
 
-int WallProgram::sendCall(const QString& function, const QJsonObject& args, const QString& thread)
+QJsonObject WallProgram::answer(const QJsonValue& id)
 {
-    const QJsonObject line{{"id", ++lastId_}, {"call", function}, {"args", args}, {"thread", thread}};
-    send(QJsonDocument(line).toJson(QJsonDocument::Compact));
-    return lastId_;
-}
-
-QJsonObject WallProgram::answer(int id)
-{
-    const auto found = take([=](const QJsonObject& line) { return line.value("id") == QJsonValue(id); }, kAnswerMs);
-    EXPECT_TRUE(found) << "no answer to " << id;
-    return found.value_or(QJsonObject());
-}
-
-QJsonObject WallProgram::answerWithoutId()
-{
-    const auto found = take([](const QJsonObject& line) { return line.value("id").isNull(); }, kAnswerMs);
+    const auto found = take([=](const QJsonObject& line) { return line.value("id") == id; }, kAnswerMs);
+    EXPECT_TRUE(found) << "no answer to " << id.toInt();
     return found.value_or(QJsonObject());
 }
 

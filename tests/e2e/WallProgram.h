@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QStringList>
+#include <QTest>
 
 #include <functional>
 #include <optional>
@@ -25,9 +26,8 @@ public:
 
     void send(const QByteArray& line);
     int sendCall(const QString& function, const QJsonObject& args, const QString& thread); // gives the id
-    QJsonObject answer(int id);                                                            // waits for it
-    QJsonObject answerWithoutId();
-    bool sawEvent(int type, int cell, int code, int waitMs = 15000); // once for each event
+    QJsonObject answer(const QJsonValue& id);                                              // waits for it
+    bool sawEvent(int type, int cell, int code, int waitMs = 15000);                       // once for each event
     const QList<QJsonObject>& lines() const { return lines_; }
 
     bool end(int waitMs = 15000); // closes the input; true: the program ended with 0
@@ -36,6 +36,7 @@ public:
 
 private:
     using Test = std::function<bool(const QJsonObject&)>;
+    int sendWithId(QJsonObject line);
     std::optional<QJsonObject> take(const Test& test, int waitMs);
     void read();
     void keepInJournal(const QJsonObject& line);
@@ -52,4 +53,7 @@ QString clip(const QString& name, const QString& filter, int seconds);
 QString programPath(const QString& name);
 
 // True when `condition` holds within the time.
-bool eventually(const std::function<bool()>& condition, int waitMs = 15000);
+inline bool eventually(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, 15000);
+}

@@ -5,17 +5,11 @@
 #include "src/fisheye/FisheyeWindow.h"
 #include "tests/support/Wall.h"
 
-#include <QAbstractEventDispatcher>
-#include <QApplication>
 #include <QJsonArray>
-#include <QMouseEvent>
-#include <QWheelEvent>
-
-#include <gmock/gmock.h>
 
 namespace wall {
 
-// A wall that shows a round picture, its mouse, and what the host hears of it.
+// A wall that shows a round picture, and its mouse.
 class FisheyeTest : public WallTest
 {
 public:
@@ -24,21 +18,6 @@ public:
 protected:
     using IPlayWindow = quillmark::lumen_deck::IPlayWindow;
     using FisheyeWindow = quillmark::lumen_deck::FisheyeWindow;
-
-    void SetUp() override
-    {
-        WallTest::SetUp();
-        reports().clear();
-        LD_InstallEventCallback(LD_EVENT_FISHEYE_PTZ, [](LD_EventType, QWidget*, const QJsonDocument* document) {
-            EXPECT_EQ(document->object()["cmd"], "window.onFisheyePTZInfo");
-            reports().push_back(document->object()["fishEyePTZInfo"].toObject());
-        });
-    }
-    void TearDown() override
-    {
-        LD_InstallEventCallback(LD_EVENT_FISHEYE_PTZ, nullptr);
-        WallTest::TearDown();
-    }
 
     // Software correction with an arrangement that plays; the real stream is 10, the views 11, 12 and so on.
     void playViews(int arrangement)
@@ -86,9 +65,7 @@ protected:
                Qt::MouseButton button = Qt::LeftButton)
     {
         window(index)->resize(100, 100);
-        QMouseEvent event(type, at, button, button, Qt::NoModifier);
-        event.setTimestamp(time_ += later);
-        QApplication::sendEvent(window(index), &event);
+        sendMouse(window(index), type, at, button, button, time_ += later);
     }
     void press(int index, QPoint at, Qt::MouseButton button = Qt::LeftButton)
     {
@@ -99,36 +76,31 @@ protected:
     {
         mouse(QEvent::MouseButtonRelease, index, at, 1000, button);
     }
-    void wheel(int index, int delta)
-    {
-        QWheelEvent event({1, 1}, {1, 1}, {}, {0, delta}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(window(index), &event);
-    }
+    void wheel(int index, int delta) { turnWheel(window(index), {1, 1}, {0, delta}); }
 
     // The timers of an object, by their interval.
     static std::vector<int> timers(QObject* object)
     {
         std::vector<int> intervals;
-        for (const auto& timer : QAbstractEventDispatcher::instance()->registeredTimers(object))
+        for (const auto& timer : timersOf(object))
             intervals.push_back(timer.interval);
         return intervals;
     }
     static void expire(QObject* object, int interval)
     {
-        for (const auto& timer : QAbstractEventDispatcher::instance()->registeredTimers(object)) {
-            if (timer.interval != interval)
-                continue;
-            QTimerEvent event(timer.timerId);
-            QApplication::sendEvent(object, &event);
-            return;
+        for (const auto& timer : timersOf(object)) {
+            if (timer.interval == interval)
+                return wall::expire(object, timer.timerId);
         }
         ADD_FAILURE() << "no timer of " << interval << " ms runs";
     }
 
-    static std::vector<QJsonObject>& reports()
+    static std::vector<QJsonObject> reports()
     {
-        static std::vector<QJsonObject> instance;
-        return instance;
+        std::vector<QJsonObject> reports;
+        for (const Event& event : heard()[LD_EVENT_FISHEYE_PTZ])
+            reports.push_back(event.object["fishEyePTZInfo"].toObject());
+        return reports;
     }
 
 private:

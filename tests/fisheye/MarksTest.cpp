@@ -51,32 +51,23 @@ protected:
 TEST_F(MarksTest, reportsMoveTheBoxes)
 {
     EXPECT_THAT(engine_double::calls("TP_StartFishListener").at(0).arguments, ElementsAre("ü", "a", "e"));
-    struct Row
-    {
-        int mode;
-        int box;
-        int id; // 0: nothing moves
-    };
-    const Row rows[] = {{0, 3, 1},
-                        {0, 9, 7},
-                        {0, 10, 8},
-                        {0, 2, 0},
-                        {0, 11, 0},
-                        {1, 2, 1},
-                        {1, 1, 0},
-                        {2, 9, 8},
-                        {2, 10, 0},
-                        {3, 3, 0},
-                        {0, std::numeric_limits<int>::min(), 0}};
+    // By mode and box: the id that moves, or 0.
+    const std::map<int, std::vector<std::pair<int, int>>> moves = {
+        {0, {{3, 1}, {9, 7}, {10, 8}, {2, 0}, {11, 0}, {std::numeric_limits<int>::min(), 0}}},
+        {1, {{2, 1}, {1, 0}}},
+        {2, {{9, 8}, {10, 0}}},
+        {3, {{3, 0}}}};
     float place = 0.0F;
-    for (const auto& [mode, box, id] : rows) {
-        place += 0.01F;
+    for (const auto& [mode, boxes] : moves) {
         reportMode(static_cast<unsigned char>(mode));
-        const float before[] = {x(1), x(7), x(8)};
-        reportPosition(box, place, 0.5F);
-        const float after[] = {x(1), x(7), x(8)};
-        for (int i = 0; i < 3; ++i)
-            EXPECT_EQ(after[i], (std::array{1, 7, 8})[static_cast<std::size_t>(i)] == id ? place : before[i]) << box;
+        for (const auto& [box, id] : boxes) {
+            std::map<int, float> expected = {{1, x(1)}, {7, x(7)}, {8, x(8)}};
+            place += 0.01F;
+            if (id != 0)
+                expected[id] = place;
+            reportPosition(box, place, 0.5F);
+            EXPECT_EQ((std::map<int, float>{{1, x(1)}, {7, x(7)}, {8, x(8)}}), expected) << mode << " " << box;
+        }
     }
     reportMode(0);
     const _TP_PTZPARAM position{0.9F, 0.9F};

@@ -1,27 +1,19 @@
 #include "src/player/Player.h"
 #include "tests/fisheye/FisheyeWall.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace wall;
 
 namespace {
 
-using ViewMouseTest = wall::FisheyeTest;
-using DeviceMouseTest = wall::FisheyeTest;
+using ViewMouseTest = FisheyeTest;
+using DeviceMouseTest = FisheyeTest;
 
 TEST_F(ViewMouseTest, dragsByRoleOfTheWindow)
 {
-    // What a drag from (50, 50) to (75, 25) asks of the engine, in a window of an arrangement.
-    struct Drag
-    {
-        int arrangement;
-        int window;
-        const char* press;
-        const char* move;
-    };
+    // In a window of an arrangement: what a press at (50, 50) asks of the engine, and then a move to (75, 25).
     // clang-format off
     const char* const turn = "SetDrawType(10, 0); UpDateParam(10, 11, mask 4 at 0.000000,0.000000,0.000000,1.770796)";
-    const Drag drags[] = {
+    const std::tuple<int, int, const char*, const char*> drags[] = {
         {7, 0, "SetFinshDraw(10, 11); SetDrawType(10, 2); GetParam(10, 11)",
          "PTZ2WindowEx(10, 11, 11, 0.400000,0.500000, 0.500000,0.500000, 0.750000,0.250000, pointer, pointer); "
          "SetDrawType(10, 2); UpDateParam(10, 11, mask 8 at 0.700000,0.800000,0.000000,0.000000)"},
@@ -37,28 +29,30 @@ TEST_F(ViewMouseTest, dragsByRoleOfTheWindow)
     engine_double::give("TP_FEC_GetParam", {0, 0.4, 0.5, -0.1, 0.2});
     engine_double::give("TP_FEC_PTZ2WindowEx", {0.7, 0.8});
     engine_double::give("TP_FEC_IsInFinshDraw", {13});
-    for (const Drag& drag : drags) {
-        SCOPED_TRACE(drag.arrangement);
-        playViews(drag.arrangement);
+    const auto answerAll = [](int result) {
+        for (const char* name : {"TP_FEC_GetParam", "TP_FEC_IsInFinshDraw", "TP_FEC_PTZ2WindowEx"})
+            engine_double::answer(name, result);
+    };
+    for (const auto& [arrangement, window, pressed, moved] : drags) {
+        SCOPED_TRACE(arrangement);
+        playViews(arrangement);
         ask(LD_Stop, "{}");
         playAgain(); // a second play connects nothing twice
-        press(drag.window, {50, 50}, Qt::RightButton);
+        press(window, {50, 50}, Qt::RightButton);
         EXPECT_EQ(asked(), "");
-        press(drag.window, {50, 50});
-        EXPECT_EQ(asked(), drag.press);
-        release(drag.window, {50, 50}, Qt::RightButton);
-        move(drag.window, {75, 25});
-        EXPECT_EQ(asked(), drag.move);
-        release(drag.window, {75, 25});
-        move(drag.window, {80, 25});
+        press(window, {50, 50});
+        EXPECT_EQ(asked(), pressed);
+        release(window, {50, 50}, Qt::RightButton);
+        move(window, {75, 25});
+        EXPECT_EQ(asked(), moved);
+        release(window, {75, 25});
+        move(window, {80, 25});
         EXPECT_EQ(asked(), "");
-        for (const char* refused : {"TP_FEC_GetParam", "TP_FEC_IsInFinshDraw", "TP_FEC_PTZ2WindowEx"})
-            engine_double::answer(refused, -1);
-        press(drag.window, {50, 50});
-        move(drag.window, {75, 25});
-        EXPECT_THAT(asked(), Not(testing::HasSubstr("UpDateParam")));
-        for (const char* refused : {"TP_FEC_GetParam", "TP_FEC_IsInFinshDraw", "TP_FEC_PTZ2WindowEx"})
-            engine_double::answer(refused, 0);
+        answerAll(-1);
+        press(window, {50, 50});
+        move(window, {75, 25});
+        EXPECT_THAT(asked(), Not(HasSubstr("UpDateParam")));
+        answerAll(0);
         LD_Release(LD_StopRealPlayAll(&main()));
     }
     EXPECT_TRUE(reports().empty());
@@ -81,15 +75,14 @@ TEST_F(ViewMouseTest, wheelZoomsAndTheBoxesHideAfterFiveSeconds)
     EXPECT_THAT(timers(companion(0)), IsEmpty());
 }
 
-QJsonObject report(int type, int windowType, int id, int track, int point, QJsonArray at, QJsonArray from)
+// A report of the mouse: type, kind of window, id, track, point; where the pointer is and where it came from.
+QJsonObject report(const std::array<int, 5>& numbers, const QJsonArray& at, const QJsonArray& from)
 {
-    return {{"type", type},
-            {"windowType", windowType},
-            {"id", id},
-            {"trackId", track},
-            {"pointId", point},
-            {"position", std::move(at)},
-            {"originPosition", std::move(from)}};
+    QJsonObject object{{"position", at}, {"originPosition", from}};
+    const char* const keys[] = {"type", "windowType", "id", "trackId", "pointId"};
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        object[keys[i]] = numbers[i];
+    return object;
 }
 
 const QJsonArray kMiddle{0.5, 0.5};
@@ -110,9 +103,9 @@ TEST_F(DeviceMouseTest, viewsTellTheHostOfDragsAndWheel)
         wheel(1, delta);
     const QJsonArray zero{0, 0};
     EXPECT_THAT(reports(),
-                ElementsAre(report(0, 1, 4, 1, 1, {0.75, 0.25}, kMiddle), report(0, 1, 4, 1, 2, kMiddle, kMiddle),
-                            report(0, 1, 4, 1, 0, kMiddle, kMiddle), report(1, 1, 4, 1, 1, zero, zero),
-                            report(2, 1, 4, 1, 2, zero, zero), report(0, 1, 4, 1, 3, zero, zero)));
+                ElementsAre(report({0, 1, 4, 1, 1}, {0.75, 0.25}, kMiddle), report({0, 1, 4, 1, 2}, kMiddle, kMiddle),
+                            report({0, 1, 4, 1, 0}, kMiddle, kMiddle), report({1, 1, 4, 1, 1}, zero, zero),
+                            report({2, 1, 4, 1, 2}, zero, zero), report({0, 1, 4, 1, 3}, zero, zero)));
     ask(LD_Play, R"({"wndIndex":1,"url":"","auth":""})");
     wheel(1, 120);
     ask(LD_Stop, R"({"wndIndex":1})");
@@ -134,20 +127,18 @@ TEST_F(DeviceMouseTest, theOriginWindowDragsItsBoxes)
     release(2, {60, 50});
     press(2, {1, 1});
     move(2, {50, 50}, 500);
-    EXPECT_THAT(reports(), ElementsAre(report(0, 3, 5, 1, 1, {static_cast<double>(0.6F), 0.5}, kMiddle),
-                                       report(0, 3, 5, 1, 0, kMiddle, kMiddle), testing::_));
+    EXPECT_THAT(reports(), ElementsAre(report({0, 3, 5, 1, 1}, {static_cast<double>(0.6F), 0.5}, kMiddle),
+                                       report({0, 3, 5, 1, 0}, kMiddle, kMiddle), testing::_));
     EXPECT_EQ(companion(2)->getFisheyeMarkPos(5).x, 0.6F);
     EXPECT_EQ(companion(2)->getFisheyeMarkPos(0).x, 0.0F) << "is reported, not moved";
 }
 
 TEST_F(DeviceMouseTest, aHostMayEndEverythingWhenItIsTold)
 {
-    static QWidget* wall = nullptr;
-    wall = &main();
-    const auto endAll = [](LD_EventType, QWidget*, const QJsonDocument*) {
-        wall::take(LD_StopRealPlayAll(wall));
-        const QJsonDocument software = wall::json(R"({"type":1})");
-        wall::take(LD_SetCorrectionType(wall, &software));
+    const auto endAll = [](LD_EventType, QWidget* mainWindow, const QJsonDocument*) {
+        take(LD_StopRealPlayAll(mainWindow));
+        const QJsonDocument software = json(R"({"type":1})");
+        take(LD_SetCorrectionType(mainWindow, &software));
     };
     role(0, 3, 0);
     ask(LD_SetFishBoxListInfo, R"({"fishBoxList":[{"id":2,"xPoint":0.5,"yPoint":0.5}]})");

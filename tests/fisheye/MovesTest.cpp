@@ -29,15 +29,9 @@ protected:
 TEST_F(MovesTest, stepsByMountingRoleAndDirection)
 {
     const journal::Tolerated outOfRange;
-    struct Step
-    {
-        int arrangement;
-        int place;
-        const char* request;
-        const char* record; // null: refused
-    };
+    // Arrangement, place, request, and the record that it makes, or null when it is refused.
     // clang-format off
-    const Step steps[] = {
+    const std::tuple<int, int, const char*, const char*> steps[] = {
         {2, 0, R"({"direction":0,"speed":7})", "mask 8 at 0.400000,0.497161,-0.100000,0.200000"},
         {2, 0, R"({"direction":1,"speed":7})", "mask 8 at 0.400000,0.502839,-0.100000,0.200000"},
         {2, 0, R"({"direction":2,"speed":"1"})", "mask 8 at 0.399054,0.500000,-0.100000,0.200000"},
@@ -52,14 +46,14 @@ TEST_F(MovesTest, stepsByMountingRoleAndDirection)
         {2, 0, R"({"direction":6,"speed":1})", nullptr}, {2, 0, R"({"direction":-1,"speed":1e300})", nullptr}};
     // clang-format on
     engine_double::give("TP_FEC_PTZ2WindowEx", {0.7, 0.8});
-    for (const Step& step : steps) {
-        SCOPED_TRACE(step.request);
-        ask(LD_SetPlaceType, QByteArray(R"({"type":)") + QByteArray::number(step.place) + "}");
-        playViews(step.arrangement);
-        const wall::Answer answer = ask(LD_FishEyePTZ, step.request);
-        EXPECT_EQ(answer.message(), step.record ? "" : "setFisheyePTZ param error");
-        if (step.record) {
-            EXPECT_EQ(update(), step.record);
+    for (const auto& [arrangement, place, request, record] : steps) {
+        SCOPED_TRACE(request);
+        ask(LD_SetPlaceType, R"({"type":)" + QByteArray::number(place) + "}");
+        playViews(arrangement);
+        const wall::Answer answer = ask(LD_FishEyePTZ, request);
+        EXPECT_EQ(answer.message(), record ? "" : "setFisheyePTZ param error");
+        if (record) {
+            EXPECT_EQ(update(), record);
         }
         LD_Release(LD_StopRealPlayAll(&main()));
     }

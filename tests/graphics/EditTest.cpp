@@ -1,47 +1,23 @@
 #include "tests/graphics/Shapes.h"
 
-#include "src/graphics/GraphicsArrow.h"
-#include "src/graphics/GraphicsGrid.h"
-#include "src/graphics/GraphicsLine.h"
-#include "src/graphics/GraphicsOverlay.h"
-
-#include <gtest/gtest.h>
-
 using namespace shapes;
 
 namespace {
 
 const QSize kSize(500, 400); // the hit tolerance is 0.01
 
-struct Drag
-{
-    const char* what;
-    G::GraphicsType type;
-    QByteArray document;
-    QPointF press;
-    QPointF to;
-    const char* key; // of the report
-    QByteArray after;
-};
-
 const char* const kRectangle = "[[0.2,0.2],[0.2,0.5],[0.4,0.5],[0.4,0.2]]"; // as it is when nothing moved
 const char* const kLine = "[[0.25,0.5],[0.75,0.5]]";
 const char* const kTriangle = "[[0.25,0.25],[0.75,0.25],[0.5,0.75]]";
 
-QByteArray rectangle(const char* more = "")
+QByteArray with(const char* points, const char* more)
 {
-    return QByteArray(R"({"id":1,"points":[[0.2,0.2],0,[0.4,0.5],0])") + more + "}";
+    return QByteArray(R"({"id":1,"points":)") + points + more + "}";
 }
 
-QByteArray line(const char* more = "")
-{
-    return QByteArray(R"({"id":1,"points":[[0.25,0.5],[0.75,0.5]])") + more + "}";
-}
-
-QByteArray triangle(const char* more = "")
-{
-    return QByteArray(R"({"id":1,"points":[[0.25,0.25],[0.75,0.25],[0.5,0.75]])") + more + "}";
-}
+const auto rectangle = [](const char* more = "") { return with("[[0.2,0.2],0,[0.4,0.5],0]", more); };
+const auto line = [](const char* more = "") { return with(kLine, more); };
+const auto triangle = [](const char* more = "") { return with(kTriangle, more); };
 
 // Rounded, so that the last digits of sums do not count.
 QByteArray rounded(const QJsonValue& value)
@@ -60,7 +36,7 @@ TEST(Edit, dragsApplyWholeOrNotAtAll)
 {
     const char* const cutOff = R"(,"lineType":4,"direction":0,"demarcationLineWidth":0.5,"cutOffPositions":[0.25,0])";
     // clang-format off
-    const Drag drags[] = {
+    const std::tuple<const char*, G::GraphicsType, QByteArray, QPointF, QPointF, const char*, QByteArray> drags[] = {
         {"corner", G::Rectangle, rectangle(), {0.4, 0.5}, {0.5, 0.9}, "points", "[[0.2,0.2],[0.2,0.5],[0.5,0.5],[0.5,0.2]]"},
         {"top left at rate 2", G::Rectangle, rectangle(R"(,"widthHeightRate":2.0)"), {0.2, 0.2}, {0.3, 0.9}, "points", "[[0.3,0.3],[0.3,0.5],[0.4,0.5],[0.4,0.3]]"},
         {"corner to the edge", G::Rectangle, rectangle(R"(,"widthHeightRate":0.5)"), {0.4, 0.2}, {1.0, 0.0}, "points", "[[0.2,0.1],[0.2,0.5],[1,0.5],[1,0.1]]"},
@@ -94,28 +70,21 @@ TEST(Edit, dragsApplyWholeOrNotAtAll)
         {"fixed point", G::Point, R"({"id":1,"points":[0.5,0.5]})", {0.5, 0.5}, {0.6, 0.6}, "point", "[0.5,0.5]"},
     };
     // clang-format on
-    for (const Drag& drag : drags) {
-        const auto shape = make(drag.type, drag.document);
-        ASSERT_TRUE(shape) << drag.what;
-        shape->mouseDown(drag.press, kSize);
-        shape->mouseMove(drag.press, drag.to, kSize);
-        shape->mouseUp(drag.to, kSize);
-        shape->mouseMove(drag.to, {0.5, 0.5}, kSize); // nothing is held any more
-        EXPECT_EQ(rounded(shape->toJson()[drag.key]), drag.after) << drag.type << " " << drag.what;
+    for (const auto& [what, type, document, press, to, key, after] : drags) {
+        const auto shape = make(type, document);
+        ASSERT_TRUE(shape) << what;
+        shape->mouseDown(press, kSize);
+        shape->mouseMove(press, to, kSize);
+        shape->mouseUp(to, kSize);
+        shape->mouseMove(to, {0.5, 0.5}, kSize); // nothing is held any more
+        EXPECT_EQ(rounded(shape->toJson()[key]), after) << type << " " << what;
     }
 }
 
 TEST(Edit, ranksSayWhoIsMeant)
 {
-    struct Case
-    {
-        G::GraphicsType type;
-        QByteArray document;
-        QPointF at;
-        int rank;
-    };
     // clang-format off
-    const Case cases[] = {
+    const std::tuple<G::GraphicsType, QByteArray, QPointF, int> cases[] = {
         {G::Rectangle, rectangle(), {0.409, 0.5}, 0},
         {G::Rectangle, rectangle(), {0.411, 0.5}, 10000},
         {G::Rectangle, rectangle(), {0.3, 0.25}, 150},
@@ -137,9 +106,8 @@ TEST(Edit, ranksSayWhoIsMeant)
         {G::Overlay, R"({"name":"x","enable":true})", {0.001, 0.001}, 10000}, // was never drawn
     };
     // clang-format on
-    for (const Case& c : cases)
-        EXPECT_EQ(make(c.type, c.document)->distance(c.at, kSize), c.rank)
-            << c.type << " " << c.at.x() << " " << c.at.y();
+    for (const auto& [type, document, at, rank] : cases)
+        EXPECT_EQ(make(type, document)->distance(at, kSize), rank) << type << " " << at.x() << " " << at.y();
     for (const auto& [type, document] :
          {std::pair(G::Rectangle, rectangle()), {G::Polygon, triangle()}, {G::Breakline, triangle()}})
         EXPECT_EQ(parse(type, document).second->distance({0.9, 0.9}, kSize), 0) << "while it is being drawn";
@@ -203,30 +171,19 @@ TEST(Geometry, degenerateInputHasMeasures)
 {
     EXPECT_EQ(pointLineDistance({0.5, 0.9}, {0.5, 0.5, 0.5, 0.5}), 0.4);
     EXPECT_EQ(pointLineDistance({1.0, 0.4}, {0.2, 0.4, 0.9, 0.4}), pointDistance({1.0, 0.4}, {0.9, 0.4}));
-    EXPECT_EQ(rectPosToOpenGL({0.5, 0.25, -0.25, 0.5}), QRectF(-0.5, -0.5, 0.5, 1));
-    EXPECT_EQ(hitTolerance({576, 704}), 5.0 / 704);
-    EXPECT_EQ(DrawColor(QColor(255, 0, 128, 5)).alpha, 1.0F);
 }
 
 TEST(Geometry, parallelsStartLevelWithTheLeftEnd)
 {
-    struct Case
-    {
-        QLineF line;
-        double offset;
-        double length;
-        QLineF parallel;
-    };
-    const Case cases[] = {
+    const std::tuple<QLineF, double, double, QLineF> cases[] = {
         {{0.2, 0.5, 0.8, 0.5}, 0.1, 0.3, {0.5, 0.6, 0.2, 0.6}}, {{0.8, 0.5, 0.2, 0.5}, 0.1, 0.3, {0.2, 0.4, 0.5, 0.4}},
         {{0.2, 0.5, 0.4, 0.5}, 0.0, 0.6, {0.8, 0.5, 0.2, 0.5}}, {{0.5, 0.2, 0.5, 0.8}, 0.1, 0.2, {0.4, 0.4, 0.4, 0.2}},
         {{0.5, 0.8, 0.5, 0.2}, 0.1, 0.2, {0.6, 0.2, 0.6, 0.4}},
     };
-    for (const Case& c : cases) {
+    for (const auto& [from, offset, length, parallel] : cases) {
         QPointF a;
         QPointF b;
-        GetParallel(c.line.p1(), c.line.p2(), c.offset, c.length, a, b);
-        EXPECT_LT(pointDistance(a, c.parallel.p1()) + pointDistance(b, c.parallel.p2()), 1e-6)
-            << a.x() << " " << a.y() << " " << b.x() << " " << b.y();
+        GetParallel(from.p1(), from.p2(), offset, length, a, b);
+        EXPECT_LT(pointDistance(a, parallel.p1()) + pointDistance(b, parallel.p2()), 1e-6) << from.x2() << from.y2();
     }
 }

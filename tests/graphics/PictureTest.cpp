@@ -2,16 +2,11 @@
 
 #include "include/tide_pipe/tide_pipe.h"
 #include "src/WindowDirectory.h"
-#include "src/graphics/GraphicsArrow.h"
-#include "src/graphics/GraphicsGrid.h"
-#include "src/graphics/GraphicsLine.h"
-#include "src/graphics/GraphicsOverlay.h"
 #include "tests/support/GlCanvas.h"
 
 #include <QDateTime>
 
 #include <GL/gl.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <functional>
@@ -74,6 +69,12 @@ QVector<QLineF> head(const QPointF& tip, double back)
     return barbs;
 }
 
+// A line with a head at its second end.
+QVector<QLineF> arrow(const QLineF& line, double back)
+{
+    return QVector<QLineF>{line} + head(line.p2(), back);
+}
+
 std::shared_ptr<GraphicsBase> pick(std::shared_ptr<GraphicsBase> shape)
 {
     shape->selected = true;
@@ -128,61 +129,44 @@ TEST(Pictures, shapesAreTheStrokesTheyPromise)
     QVector<QPointF> points;
     const QByteArray many = R"({"id":1,"points":)" + circle(points) + "}";
     const QRectF rect(0.203, 0.203, 0.3, 0.4);
-    const QByteArray rectangle = R"({"id":1,"points":[[0.203,0.203],0,[0.503,0.603],0])";
-    const QByteArray line = R"({"id":1,"points":[[0.2,0.505],[0.8,0.505]])";
+    const auto rectangle = [] { return make(G::Rectangle, R"({"id":1,"points":[[0.203,0.203],0,[0.503,0.603],0]})"); };
+    const auto line = [](const char* more, G::GraphicsType type = G::Line) {
+        return make(type, QByteArray(R"({"id":1,"points":[[0.2,0.505],[0.8,0.505]])") + more + "}");
+    };
     const QLineF body(0.2, 0.505, 0.8, 0.505);
     const QLineF tick(0.5, 0.5675, 0.5, 0.4425);
     const QLineF sideMark(0.5, 0.505, 0.5, 0.28);
     const QLineF otherMark(0.5, 0.505, 0.5, 0.73);
-    struct Case
-    {
-        const char* what;
-        std::shared_ptr<GraphicsBase> shape;
-        QVector<QLineF> lines;
-        QVector<QPointF> marks;
-    };
-    const Case cases[] = {
-        {"rectangle", make(G::Rectangle, rectangle + "}"), outline(rect), {}},
-        {"selected rectangle",
-         pick(make(G::Rectangle, rectangle + "}")),
-         outline(rect),
+    using Lines = QVector<QLineF>;
+    const auto shoulder =
+        R"({"id":1,"points":[[0.5,0.505],[0.8,0.505]],"lineType":4,"direction":1,"showShoulderLine":true})";
+    // clang-format off
+    const std::tuple<const char*, std::shared_ptr<GraphicsBase>, Lines, QVector<QPointF>> cases[] = {
+        {"rectangle", rectangle(), outline(rect), {}},
+        {"selected rectangle", pick(rectangle()), outline(rect),
          {rect.topLeft(), rect.topRight(), rect.bottomLeft(), rect.bottomRight()}},
-        {"selected line", pick(make(G::Line, line + "}")), {body}, {body.p1(), body.p2()}},
-        {"head at the second end",
-         make(G::Line, line + R"(,"lineType":1,"direction":0})"),
-         QVector<QLineF>{body} + head(body.p2(), 180),
-         {}},
-        {"head at the first end",
-         make(G::Line, line + R"(,"lineType":1,"direction":1})"),
-         QVector<QLineF>{body} + head(body.p1(), 0),
-         {}},
-        {"cut-off marks", make(G::Line, line + R"(,"cutOffPositions":[0.5]})"), {body, tick}, {}},
-        {"demarcation",
-         make(G::Line, line + R"(,"lineType":4,"direction":0,"demarcationLineWidth":0.5})"),
-         QVector<QLineF>{body, tick, sideMark} + head(sideMark.p2(), 270),
-         {}},
-        {"other side, shoulder before the line",
-         make(G::Line,
-              R"({"id":1,"points":[[0.5,0.505],[0.8,0.505]],"lineType":4,"direction":1,"showShoulderLine":true})"),
-         QVector<QLineF>{{0.5, 0.505, 0.2, 0.505}, {0.5, 0.505, 0.8, 0.505}, {0.65, 0.505, 0.65, 0.73}} +
-             head({0.65, 0.73}, 90),
-         {}},
+        {"selected line", pick(line("")), {body}, {body.p1(), body.p2()}},
+        {"head at the second end", line(R"(,"lineType":1,"direction":0)"), arrow(body, 180), {}},
+        {"head at the first end", line(R"(,"lineType":1,"direction":1)"), arrow({body.p2(), body.p1()}, 0), {}},
+        {"cut-off marks", line(R"(,"cutOffPositions":[0.5])"), {body, tick}, {}},
+        {"demarcation", line(R"(,"lineType":4,"direction":0,"demarcationLineWidth":0.5)"),
+         Lines{body, tick} + arrow(sideMark, 270), {}},
+        {"other side, shoulder before the line", make(G::Line, shoulder),
+         Lines{{0.5, 0.505, 0.2, 0.505}, {0.5, 0.505, 0.8, 0.505}} + arrow({0.65, 0.505, 0.65, 0.73}, 90), {}},
         {"chain of 25", pick(make(G::Breakline, many)), chain(points, 20), points.mid(0, 20)},
-        {"side marks",
-         make(G::Breakline, line + R"(,"direction":2})"),
-         QVector<QLineF>{body, otherMark} + head(otherMark.p2(), 90),
-         {}},
-        {"polygon of 25", pick(make(G::Polygon, many)), chain(points, 20) + QVector<QLineF>{{points[0], points[24]}},
+        {"side marks", line(R"(,"direction":2)", G::Breakline), Lines{body} + arrow(otherMark, 90), {}},
+        {"polygon of 25", pick(make(G::Polygon, many)), chain(points, 20) + Lines{{points[0], points[24]}},
          points.mid(0, 20)},
-        {"polygon of two", make(G::Polygon, line + R"(,"fillColor":"red"})"), {body}, {}},
+        {"polygon of two", line(R"(,"fillColor":"red")", G::Polygon), {body}, {}},
         {"point", pick(make(G::Point, R"({"id":1,"points":[0.5,0.5],"tips":"t","type":"cross"})")), {}, {{0.5, 0.5}}},
     };
+    // clang-format on
     GlCanvas canvas(kSize);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        expectDrawn(canvas, c.shape, [&] {
-            stroke(c.lines);
-            for (const QPointF& point : c.marks)
+    for (const auto& [what, shape, lines, marks] : cases) {
+        SCOPED_TRACE(what);
+        expectDrawn(canvas, shape, [&, &strokes = lines, &corners = marks] {
+            stroke(strokes);
+            for (const QPointF& point : corners)
                 renderVertex(kRed, point, kSize, kVertexMarkSize);
         });
     }

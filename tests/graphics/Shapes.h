@@ -1,9 +1,17 @@
 #pragma once
 
 #include "src/LayoutDetail.h"
+#include "src/graphics/GraphicsArrow.h"
+#include "src/graphics/GraphicsGrid.h"
+#include "src/graphics/GraphicsLine.h"
+#include "src/graphics/GraphicsOverlay.h"
+#include "src/graphics/GraphicsPoint.h"
+#include "src/graphics/GraphicsRectangle.h"
 #include "src/graphics/GraphicsView.h"
 #include "src/graphics/ShapeTable.h"
 #include "tests/support/Documents.h"
+
+#include <gmock/gmock.h>
 
 // Shapes from documents, and a view to put them in.
 namespace shapes {

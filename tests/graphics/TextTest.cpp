@@ -3,6 +3,7 @@
 #include "src/graphics/TextFont.h"
 #include "tests/graphics/LiteralText.h"
 #include "tests/support/GlCanvas.h"
+#include "tests/support/Threads.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,8 +11,6 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 #include <gtest/gtest.h>
-
-#include <thread>
 
 using namespace quillmark::lumen_deck;
 
@@ -62,14 +61,6 @@ TEST(Text, hasThePixelsOfTheWholeWindowPath)
             EXPECT_EQ(differingPixels(drawn(canvas, placed, ours), expected), 0) << "again: " << placed.text;
         }
     }
-}
-
-TEST(Text, estimatesItsWidthWhateverIsDrawn)
-{
-    GlCanvas canvas({3, 200});
-    EXPECT_EQ(renderText(kGreen, "hello", {0.0, 0.0}, canvas.size(), 16), 48);
-    EXPECT_EQ(renderText(kGreen, "", {0.0, 0.0}, canvas.size(), 16), 0);
-    EXPECT_EQ(paintedPixels(canvas.picture()), 0);
 }
 
 TEST(Text, keepsToItsOwnGlState)
@@ -132,20 +123,16 @@ TEST(Text, livesWithContextsThatComeAndGo)
 TEST(Text, isDrawnByManyThreadsAtOnce)
 {
     const Placed texts[] = {{"first thread", {0.1, 0.1}}, {"second one", {0.2, 0.5}}, {"and a third", {0.0, 0.7}}};
-    std::vector<std::thread> threads;
-    for (const Placed& text : texts) {
-        threads.emplace_back([&text] {
-            GlCanvas canvas({200, 100});
-            const QImage expected = drawn(canvas, text, ours);
-            EXPECT_GT(paintedPixels(expected), 0);
-            for (int i = 0; i < 20; ++i) {
-                renderText(kGreen, QString("%1 %2").arg(text.text).arg(i), text.position, canvas.size(), kTextSize);
-                EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    onThreads(3, [&](int number) {
+        const Placed& text = texts[number];
+        GlCanvas canvas({200, 100});
+        const QImage expected = drawn(canvas, text, ours);
+        EXPECT_GT(paintedPixels(expected), 0);
+        for (int i = 0; i < 20; ++i) {
+            renderText(kGreen, QString("%1 %2").arg(text.text).arg(i), text.position, canvas.size(), kTextSize);
+            EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
+        }
+    });
 }
 
 TEST(Text, keepsATextureForRecentTextsOnly)

@@ -85,7 +85,6 @@ TEST_F(TransfersTest, EachKindEndsWithWhatTheServerSays)
         EXPECT_THAT(failed.text.toStdString(), ::testing::StartsWith("error of the server")) << kind;
     }
     EXPECT_EQ(run("Import", "/busy").text, "error of the server: <h1>an update is running</h1>");
-    EXPECT_EQ(run("Upload a", "/busy").text, "error of the server: <h1>an update is running</h1>");
     EXPECT_THAT(run("Upload in", "/busy").text.toStdString(), ::testing::HasSubstr("update"));
     EXPECT_EQ(run("Upgrade", "/good", "tool.exe").text, "programs and data of them are not sent");
     QFile file(run("Download", "/good").folder + "/good");

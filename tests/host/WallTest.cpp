@@ -1,9 +1,6 @@
 #include "host/Options.h"
 #include "host/wall/CellBook.h"
-#include "host/wall/StreamMessages.h"
-#include "host/wall/WallFrame.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
@@ -111,29 +108,6 @@ TEST_F(CellBookTest, AStateMovesWithItsCellAndEndsWithIt)
     EXPECT_EQ(book.state(0).ratio, 0);
 }
 
-TEST(WallFrame, GivesTheWallItsSizeBackAfterItsCellsHaveSeenTheOther)
-{
-    struct Layout : QHBoxLayout
-    {
-        void setGeometry(const QRect& rect) override { seen.append(rect.size()); }
-        QList<QSize> seen;
-    };
-    WallFrame frame;
-    auto* layout = new Layout;
-    frame.wall()->setLayout(layout);
-    frame.resize(640, 480);
-    frame.show();
-    QCoreApplication::processEvents();
-    for (const QSize& odd : {QSize(641, 480), QSize(), QSize(2000, 2000)}) {
-        layout->seen.clear();
-        frame.wall()->resize(odd);
-        EXPECT_EQ(frame.wall()->size(), QSize(640, 480));
-        ASSERT_EQ(layout->seen.size(), 2);
-        EXPECT_EQ(layout->seen[1], QSize(640, 480));
-        EXPECT_NE(layout->seen[0], layout->seen[1]);
-    }
-}
-
 TEST(Options, SourcesDecideTheGridAndFilesBecomeAbsolute)
 {
     QTemporaryDir folder;
@@ -165,10 +139,4 @@ TEST(Options, WhatCannotBeMeantIsRefused)
              {"--what"},
          })
         EXPECT_NE(parse(words).exitCode.value_or(0), 0) << ::testing::PrintToString(words);
-}
-
-TEST(StreamMessages, UnknownCodesAreNamed)
-{
-    EXPECT_EQ(describe(4), "end of stream");
-    EXPECT_EQ(describe(999), "message 999");
 }

@@ -1,4 +1,3 @@
-#include "src/interface/Arrangement.h"
 #include "src/LayoutDetail.h"
 #include "src/LayoutManager.h"
 #include "tests/support/Wall.h"
@@ -25,24 +24,14 @@ protected:
     }
 };
 
-TEST_F(ArrangementTest, GridsAreComputedRowByRow)
-{
-    const QJsonArray grid = makeLayout(3, 2);
-    ASSERT_EQ(grid.size(), 9);
-    const double third = 1.0 / 3;
-    EXPECT_EQ(
-        grid[7].toObject(),
-        (QJsonObject{
-            {"wndIndex", 7}, {"ratio", 2}, {"left", third}, {"top", 2.0 / 3}, {"width", third}, {"height", third}}));
-    EXPECT_TRUE(makeLayout(0, 0).isEmpty());
-    EXPECT_TRUE(makeLayout(-1, 0).isEmpty());
-}
-
 TEST_F(ArrangementTest, TypeOrCustomLayout)
 {
     const journal::Tolerated outOfRange;
+    main().resize(300, 300);
+    main().show();
     arrange(R"({"type":3})");
     EXPECT_EQ(count(), 9);
+    EXPECT_EQ(main().layout()->itemAt(7)->geometry(), QRect(100, 200, 100, 100)) << "row by row";
     arrange(R"({"custom":[],"type":1})");
     EXPECT_EQ(count(), 1);
     arrange(R"({"custom":[{"left":0,"top":0,"width":1,"height":1},{}],"type":9})");
@@ -58,7 +47,10 @@ TEST_F(ArrangementTest, TypeOrCustomLayout)
     EXPECT_EQ(ask(LD_ArrangeWindow, "{}").message(), wall::missing("type"));
     EXPECT_EQ(ask(LD_ArrangeWindow, "[]").message(), "ArrangeWindow json descriptor should be json object");
     EXPECT_EQ(ask(LD_ArrangeWindow, R"({"custom":[{"left":"x"}],"type":1})").code(), 500);
+    EXPECT_TRUE(wall::take(LD_Uninitialize(&main())).null) << "changes nothing either";
     EXPECT_EQ(count(), 16);
+    const wall::Answer layout = wall::take(LD_QueryLayout(&main()));
+    EXPECT_TRUE(!layout.null && layout.object.isEmpty());
 }
 
 TEST_F(ArrangementTest, RatioOfAGridIsTheConfiguredOne)
@@ -90,23 +82,6 @@ TEST_F(ArrangementTest, RatioAndResolutionCountAtTheNextResize)
     EXPECT_EQ(ask(LD_SetWndRatioMode, "[]").message(), "SetWndRatioMode json descriptor should be json object");
     EXPECT_EQ(ask(LD_SetWndResolution, "[]").message(), "SetWndResolution json descriptor should be json object");
     EXPECT_EQ(ask(LD_SetWndResolution).message(), wall::missing("width"));
-}
-
-TEST_F(ArrangementTest, AccessorsAnswerForAWindowByItsIndex)
-{
-    LD_HideWindow(&main(), 2);
-    EXPECT_TRUE(LD_IsWindowHidden(&main(), 2));
-    LD_ShowWindow(&main(), 2);
-    EXPECT_FALSE(LD_IsWindowHidden(&main(), 2));
-    LD_HideWindow(&main(), 4);
-    EXPECT_FALSE(LD_IsWindowHidden(&main(), 4));
-    EXPECT_EQ(wall::take(LD_Uninitialize(&main())).null, true);
-    EXPECT_EQ(count(), 4);
-
-    QJsonDocument* layout = LD_QueryLayout(&main());
-    ASSERT_NE(layout, nullptr);
-    EXPECT_TRUE(layout->isEmpty());
-    LD_Release(layout);
 }
 
 // The engine is started once in a process, so this runs in a process of its own.

@@ -1,7 +1,6 @@
 #include "src/interface/CallFrame.h"
 #include "tests/support/Wall.h"
 
-#include <QCoreApplication>
 #include <QThread>
 
 #include <atomic>
@@ -36,11 +35,6 @@ ApiFunctionDescriptor withWidget(std::function<QJsonDocument*(QWidget*)> functio
     return descriptor;
 }
 
-QJsonDocument* nothing(QWidget*)
-{
-    return nullptr;
-}
-
 template <class Call> auto onWorker(Call call)
 {
     return std::async(std::launch::async, std::move(call));
@@ -69,21 +63,12 @@ protected:
     std::unique_ptr<QWidget> widget_ = std::make_unique<QWidget>();
 };
 
-TEST_F(DispatcherTest, CallOnTheMainThreadRunsAtOnce)
-{
-    EXPECT_TRUE(wall::take(makeCall(&noteThreadOf, widget_.get())).object["done"].toBool());
-    EXPECT_EQ(ranOn, QThread::currentThread());
-    EXPECT_EQ(makeCall(&nothing, widget_.get()), nullptr);
-}
-
 TEST_F(DispatcherTest, CallOfAWorkerWaitsForTheMainThread)
 {
     auto answer = onWorker([&] { return makeCall(&noteThreadOf, widget_.get()); });
     EXPECT_EQ(answer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     EXPECT_TRUE(wall::take(turnUntilReady(answer)).object["done"].toBool());
     EXPECT_EQ(ranOn, widget_->thread());
-    auto none = onWorker([&] { return makeCall(&nothing, widget_.get()); });
-    EXPECT_EQ(turnUntilReady(none), nullptr);
 }
 
 TEST_F(DispatcherTest, CallWithoutAWidgetStaysOnItsThread)
@@ -132,25 +117,6 @@ TEST_F(DispatcherTest, ManyCallersNeverOverlap)
         turnUntilReady(worker);
     EXPECT_EQ(calls, 800);
     EXPECT_EQ(overlaps, 0);
-}
-
-TEST_F(DispatcherTest, FirstMemberThatIsSetIsCalled)
-{
-    ApiFunctionDescriptor all;
-    std::string called;
-    all.withNothing = [&]() -> QJsonDocument* { return called += "nothing ", nullptr; };
-    const auto call = [&] { acquireDispatcher()->makeCall(all, widget_.get(), nullptr); };
-    call();
-    all.withWidget = [&](QWidget*) -> QJsonDocument* { return called += "widget ", nullptr; };
-    call();
-    all.withDocument = [&](const QJsonDocument*) -> QJsonDocument* { return called += "document ", nullptr; };
-    call();
-    all.withWidgetAndDocument = [&](QWidget*, const QJsonDocument*) -> QJsonDocument* {
-        return called += "both", nullptr;
-    };
-    call();
-    EXPECT_EQ(called, "nothing widget document both");
-    EXPECT_THROW(acquireDispatcher()->makeCall({}, widget_.get(), nullptr), std::bad_function_call);
 }
 
 TEST_F(DispatcherTest, CallWhoseWidgetDiesInTheQueueIsRefused)

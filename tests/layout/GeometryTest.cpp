@@ -20,18 +20,11 @@ namespace {
 constexpr double inf = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-struct Fit
-{
-    QSize cell;
-    int mode;
-    QSize resolution;
-    QRect window;
-};
-
 TEST(FitPlayWindow, FollowsTheRatioMode)
 {
     const QSize none(0, 0);
-    const Fit table[] = {
+    // The cell, its mode and resolution, and the window in it.
+    const std::tuple<QSize, int, QSize, QRect> table[] = {
         {{102, 102}, 0, none, {1, 1, 100, 100}},
         {{400, 200}, 1, none, {68, 1, 264, 198}},
         {{200, 400}, 1, none, {1, 126, 198, 148}},
@@ -47,9 +40,8 @@ TEST(FitPlayWindow, FollowsTheRatioMode)
         {{402, 202}, 4, none, {101, 1, 200, 200}},
         {{102, 102}, 4, none, {1, 1, 100, 100}},
     };
-    for (const Fit& row : table)
-        EXPECT_EQ(fitPlayWindow(row.cell, row.mode, row.resolution), row.window)
-            << row.mode << " in " << row.cell.width() << "x" << row.cell.height();
+    for (const auto& [cell, mode, resolution, window] : table)
+        EXPECT_EQ(fitPlayWindow(cell, mode, resolution), window) << mode << " in " << cell.width();
     for (int mode = 0; mode <= 4; ++mode)
         EXPECT_LE(fitPlayWindow({0, 0}, mode, {1, 1}).width(), 0) << mode;
     EXPECT_TRUE(fitPlayWindow({100, 100}, 5, none).isNull());
@@ -104,23 +96,6 @@ TEST_F(CustomLayoutTest, EachEdgeIsTruncatedByItself)
     EXPECT_EQ(layout_->sizeHint(), QSize(100, 100));
 }
 
-TEST_F(CustomLayoutTest, ASingleVisibleCellTakesTheWholeArea)
-{
-    EXPECT_EQ(rectsIn(101, 101), Rects{});
-    QWidget* corner = add(0, 0, 0.5, 0.5);
-    EXPECT_EQ(rectsIn(101, 101), (Rects{{0, 0, 101, 101}}));
-    QWidget* other = add(0.5, 0.5, 0.5, 0.5);
-    EXPECT_EQ(rectsIn(101, 101), (Rects{{0, 0, 50, 50}, {50, 50, 50, 50}}));
-    corner->hide();
-    EXPECT_EQ(rectsIn(101, 101)[1], QRect(0, 0, 101, 101));
-    corner->show();
-    EXPECT_EQ(rectsIn(101, 101), (Rects{{0, 0, 50, 50}, {50, 50, 50, 50}}));
-    other->hide();
-    corner->hide();
-    layout_->setGeometry({0, 0, 77, 77});
-    EXPECT_EQ(corner->geometry(), QRect(0, 0, 50, 50));
-}
-
 TEST_F(CustomLayoutTest, FractionsHaveNoLimit)
 {
     add(0.5, 0.25, 2, 0.5);
@@ -151,30 +126,13 @@ TEST_F(CustomLayoutTest, ADragStaysInsideOrIsDroppedWhole)
     add(0, 0.5, 0.25, 0.25, 0, true);
     add(0.5, 0.5, 0.25, 0.25, 0, false);
     rectsIn(100, 100);
-    const QRect start(0, 50, 25, 25);
-    EXPECT_EQ(afterDrag(0, {-0.01, 0.1}), start);
-    EXPECT_EQ(afterDrag(0, {0.1, -0.51}), start);
-    EXPECT_EQ(afterDrag(0, {0.76, 0}), start);
-    EXPECT_EQ(afterDrag(0, {0, 0.26}), start);
-    EXPECT_EQ(afterDrag(0, {nan, 0}), start);
+    for (const QPointF delta : {QPointF(-0.01, 0.1), {0.1, -0.51}, {0.76, 0}, {0, 0.26}, {nan, 0}})
+        EXPECT_EQ(afterDrag(0, delta), QRect(0, 50, 25, 25));
     EXPECT_EQ(afterDrag(0, {0.75, 0.25}), QRect(75, 75, 25, 25));
     EXPECT_EQ(afterDrag(1, {0.1, 0.1}), QRect(50, 50, 25, 25));
     QPointF delta(0.1, 0.1);
     layout_->updateWidget(&delta, -1, {});
     layout_->updateWidget(&delta, 2, {});
-}
-
-TEST_F(CustomLayoutTest, ItemsAreTakenAndRemoved)
-{
-    QWidget* first = add(0, 0, 0.5, 1);
-    add(0.5, 0, 0.5, 1);
-    add(0.25, 0, 0.5, 1);
-    EXPECT_TRUE(!layout_->itemAt(-1) && !layout_->itemAt(3) && !layout_->takeAt(3));
-    const std::unique_ptr<QLayoutItem> item(layout_->itemAt(0));
-    layout_->removeItem(item.get());
-    layout_->removeItem(item.get());
-    EXPECT_EQ(item->widget(), first);
-    EXPECT_EQ(rectsIn(100, 10), (Rects{{50, 0, 50, 10}, {25, 0, 50, 10}}));
 }
 
 } // namespace

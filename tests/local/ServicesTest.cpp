@@ -1,31 +1,15 @@
-#include "include/lumen_deck/lumen_deck.h"
-#include "tests/double/EngineDouble.h"
-#include "tests/local/Dialogs.h"
 #include "tests/local/LocalFiles.h"
 #include "tests/support/Functions.h"
+#include "tests/support/Threads.h"
+#include "tests/support/Wall.h"
 
-#include <QDate>
-#include <QJsonArray>
-
-#include <thread>
 #include <vector>
 
 namespace local_test {
 
-using Arguments = std::vector<std::string>;
-using Operation = QJsonDocument* (*)(const QJsonDocument*);
-
-const QJsonObject kNull{{"null", true}};
-
 QJsonObject failed(const char* module, int code)
 {
     return {{"errorModule", module}, {"errorCode", code}};
-}
-
-QJsonObject call(Operation operation, const QJsonObject& request = {})
-{
-    const QJsonDocument document(request);
-    return objectOf(operation(&document));
 }
 
 QJsonObject succeeded(QJsonObject answer)
@@ -33,6 +17,25 @@ QJsonObject succeeded(QJsonObject answer)
     answer["errorModule"] = "";
     answer["errorCode"] = 0;
     return answer;
+}
+
+// A request, what the engine is asked for first, and the answer.
+struct Step
+{
+    Operation operation;
+    QByteArray request;
+    std::string asked;
+    QJsonObject answer;
+};
+
+void expect(std::initializer_list<Step> steps)
+{
+    for (const Step& step : steps) {
+        const std::size_t before = engine_double::calls().size();
+        EXPECT_EQ(call(step.operation, step.request), step.answer) << step.request.toStdString() << step.asked;
+        const std::vector<std::string> calls = wall::engineCalls(before);
+        EXPECT_EQ(calls.empty() ? "" : calls[0], step.asked);
+    }
 }
 
 // The upload and upgrade ids of the process go from test to test; each begins with both stopped.
@@ -46,101 +49,77 @@ protected:
         LD_StopUpgrade(nullptr);
         engine_double::reset();
     }
-    void TearDown() override
-    {
-        engine_double::reset();
-        RootFolder::TearDown();
-    }
-
-    static Arguments last(const std::string& name)
-    {
-        const auto calls = engine_double::calls(name);
-        return calls.empty() ? Arguments() : calls.back().arguments;
-    }
-    static std::size_t count(const std::string& name) { return engine_double::calls(name).size(); }
-    std::string dayFolder(const char* folder) const
-    {
-        return (root() + "/" + folder + "/" + QDate::currentDate().toString("yyyy-MM-dd")).toStdString();
-    }
 };
 
 TEST_F(ServicesTest, stringsGoThroughTheEngine)
 {
     const journal::Tolerated wrongTypes;
-    EXPECT_EQ(call(LD_SetSecretKey, {{"keyType", 2}, {"key", "größe"}}), kNull);
-    EXPECT_EQ(last("TP_SetSecretKey"), (Arguments{"2", "größe"}));
-    engine_double::answer("TP_SetSecretKey", -4);
-    EXPECT_EQ(call(LD_SetSecretKey), failed("SetSecretKey", -4));
-
-    const std::pair<QJsonValue, const char*> flags[] = {{true, "0"}, {1, "1"}, {"1", "1"}, {0, "0"}, {"true", "1"}};
     engine_double::giveText("TP_Encrypt", "secret text");
-    for (const auto& [flag, expected] : flags) {
-        call(LD_SetOriginalString, {{"encrypted", flag}, {"key", "k"}});
-        EXPECT_EQ(call(LD_GetEncryptString, {{"type", 3}, {"originalKey", "plain"}}),
-                  succeeded({{"encryptString", "secret text"}}));
-        EXPECT_EQ(last("TP_Encrypt").at(5), expected);
-    }
-    EXPECT_EQ(last("TP_Encrypt").at(0), "3");
-    EXPECT_EQ(last("TP_Encrypt").at(1), "plain");
-    engine_double::answer("TP_Encrypt", 9);
-    EXPECT_EQ(call(LD_GetEncryptString), failed("GetEncryptString", 9));
-
-    const QJsonObject refused = failed("GetDecryptString", -1);
-    EXPECT_EQ(call(LD_GetDecryptString, {{"key", ""}}), refused);
-    EXPECT_EQ(count("TP_Decrypt"), 0U);
     engine_double::giveText("TP_Decrypt", "ключ");
-    EXPECT_EQ(call(LD_GetDecryptString, {{"key", "x"}, {"encrypted", 1}})["decryptString"], QString::fromUtf8("ключ"));
-    EXPECT_EQ(last("TP_Decrypt").at(5), "1");
-    engine_double::answer("TP_Decrypt", -1);
-    EXPECT_EQ(call(LD_GetDecryptString, {{"key", "x"}}), refused);
+    expect({{LD_SetSecretKey, R"({"keyType":2,"key":"größe"})", "TP_SetSecretKey(2, größe)", kNull}});
+    const QByteArray plain = R"({"type":3,"originalKey":"plain"})";
+    const std::pair<const char*, const char*> flags[] = {
+        {"true", "0"}, {"1", "1"}, {R"("1")", "1"}, {"0", "0"}, {R"("true")", "1"}};
+    for (const auto& [flag, expected] : flags) {
+        call(LD_SetOriginalString, QByteArray(R"({"key":"k","encrypted":)") + flag + "}");
+        expect({{LD_GetEncryptString, plain, std::string("TP_Encrypt(3, plain, pointer, pointer, 0, ") + expected + ")",
+                 succeeded({{"encryptString", "secret text"}})}});
+    }
+    expect({{LD_GetDecryptString, R"({"key":""})", "", failed("GetDecryptString", -1)},
+            {LD_GetDecryptString, R"({"key":"x","encrypted":1})", "TP_Decrypt(0, x, pointer, pointer, 0, 1)",
+             succeeded({{"decryptString", "ключ"}})}});
+    for (const char* name : {"TP_SetSecretKey", "TP_Encrypt", "TP_Decrypt"})
+        engine_double::answer(name, -4);
+    EXPECT_EQ(call(LD_SetSecretKey), failed("SetSecretKey", -4));
+    EXPECT_EQ(call(LD_GetEncryptString), failed("GetEncryptString", -4));
+    EXPECT_EQ(call(LD_GetDecryptString, R"({"key":"x"})"), failed("GetDecryptString", -4));
 }
 
 TEST_F(ServicesTest, programsAndTheirDataAreNeverSent)
 {
-    const QString names[] = {"/f.exe", "/f.dat", QString("/f.exe") + QChar(0) + ".txt"};
-    for (const QString& name : names) {
-        const QJsonObject request{{"filepath", name}, {"filename", name}};
-        EXPECT_EQ(call(LD_UploadFile, request), failed("UploadFile", -1));
-        EXPECT_EQ(call(LD_StartAsynUpload, request)["errorModule"], "startAsynUpload");
-        EXPECT_EQ(call(LD_ImportDeviceConfig, request)["errorCode"], -1);
-        EXPECT_EQ(call(LD_StartUpgrade, request), failed("StartUpgrade", -1));
+    for (const char* const name : {"/f.exe", "/f.dat", "/f.exe\\u0000.txt"}) {
+        const QByteArray request = QByteArray(R"({"filepath":")") + name + R"(","filename":")" + name + "\"}";
+        expect({{LD_UploadFile, request, "", failed("UploadFile", -1)},
+                {LD_StartAsynUpload, request, "", failed("startAsynUpload", -1)},
+                {LD_ImportDeviceConfig, request, "", failed("ImportDeviceConfig", -1)},
+                {LD_StartUpgrade, request, "", failed("StartUpgrade", -1)}});
     }
-    EXPECT_TRUE(engine_double::calls().empty());
-    EXPECT_EQ(call(LD_UploadFile, {{"filepath", "/f.EXE"}, {"uploadUrl", "u"}, {"iReserve", 1}}), kNull);
-    EXPECT_EQ(last("TP_Upload"), (Arguments{"u", "", "/f.EXE", "", "1"}));
+    expect({{LD_UploadFile, R"({"filepath":"/f.EXE","uploadUrl":"u","iReserve":1})", "TP_Upload(u, , /f.EXE, , 1)",
+             kNull}});
 }
 
 TEST_F(ServicesTest, uploadHasOneSlot)
 {
     const journal::Tolerated wrongTypes;
+    const QByteArray request =
+        R"({"uploadUrl":"u","statusUrl":"s","auth":"a","filepath":"/f","pReserve":7,"iReserve":1})";
+    const std::string start = "TP_StartAsynUpload(u, s, a, /f, 7, 1)";
     engine_double::giveText("TP_GetUploadErrorInfo", "too large");
-    const QJsonObject request{{"uploadUrl", "u"}, {"statusUrl", "s"}, {"auth", "a"},
-                              {"filepath", "/f"}, {"pReserve", 7},    {"iReserve", 1}};
-    EXPECT_EQ(call(LD_GetUploadErrorInfo), kNull);
-    EXPECT_EQ(call(LD_StartAsynUpload, request), kNull);
-    EXPECT_EQ(last("TP_StartAsynUpload"), (Arguments{"u", "s", "a", "/f", "7", "1"}));
-    EXPECT_EQ(call(LD_GetUploadErrorInfo), succeeded({{"errorInfo", "too large"}}));
-    LD_StopAsynUpload(nullptr);
-    LD_StopAsynUpload(nullptr);
-    EXPECT_EQ(count("TP_StopAsynUpload"), 1U);
-    EXPECT_EQ(call(LD_GetUploadErrorInfo), kNull);
+    engine_double::answer("TP_StartAsynUpload", 5);
+    expect({{LD_GetUploadErrorInfo, "{}", "", kNull},
+            {LD_StartAsynUpload, request, start, kNull},
+            {LD_GetUploadErrorInfo, "{}", "TP_GetUploadErrorInfo(5, pointer)", succeeded({{"errorInfo", "too large"}})},
+            {LD_StopAsynUpload, "{}", "TP_StopAsynUpload(5)", kNull},
+            {LD_StopAsynUpload, "{}", "", kNull},
+            {LD_GetUploadErrorInfo, "{}", "", kNull}});
     engine_double::answer("TP_StartAsynUpload", -5);
-    EXPECT_EQ(call(LD_StartAsynUpload, request), failed("startAsynUpload", -5));
-    EXPECT_EQ(call(LD_GetUploadErrorInfo), kNull);
+    expect({{LD_StartAsynUpload, request, start, failed("startAsynUpload", -5)},
+            {LD_GetUploadErrorInfo, "{}", "", kNull}});
 }
 
 TEST_F(ServicesTest, importAndUploadAnswerTheirOutcome)
 {
+    const auto uploadFailed = [](int code) {
+        return QJsonObject{{"errorModule", "UploadFile"}, {"errorCode", code}, {"errorInfo", "no room"}};
+    };
     engine_double::giveText("TP_GetHTTPErrorInfo", "no room");
     engine_double::giveText("TP_GetIpcImportErrorInfo", "wrong model");
-    EXPECT_EQ(call(LD_ImportDeviceConfig), failed("ImportDeviceConfig", -1));
-    EXPECT_EQ(call(LD_ImportDeviceConfig, {{"filename", "/c"}})["errorCode"], 0);
-    EXPECT_EQ(call(LD_GetIpcImportErrorInfo)["errorInfo"], "wrong model");
-    EXPECT_EQ(call(LD_UploadFile),
-              (QJsonObject{{"errorModule", "UploadFile"}, {"errorCode", -1}, {"errorInfo", "no room"}}));
     engine_double::answer("TP_Upload", -8);
-    EXPECT_EQ(call(LD_UploadFile, {{"filepath", "/c"}}),
-              (QJsonObject{{"errorModule", "UploadFile"}, {"errorCode", -8}, {"errorInfo", "no room"}}));
+    EXPECT_EQ(call(LD_ImportDeviceConfig), failed("ImportDeviceConfig", -1));
+    EXPECT_EQ(call(LD_ImportDeviceConfig, R"({"filename":"/c"})")["errorCode"], 0);
+    EXPECT_EQ(call(LD_GetIpcImportErrorInfo)["errorInfo"], "wrong model");
+    EXPECT_EQ(call(LD_UploadFile), uploadFailed(-1));
+    EXPECT_EQ(call(LD_UploadFile, R"({"filepath":"/c"})"), uploadFailed(-8));
 }
 
 TEST_F(ServicesTest, exportsAskForAPath)
@@ -151,156 +130,137 @@ TEST_F(ServicesTest, exportsAskForAPath)
     for (const Operation operation : {LD_ExportDeviceConfig, LD_ExportDeviceLog})
         EXPECT_EQ(call(operation)["ret"], 0);
     EXPECT_EQ(call(LD_Download)["errorModule"], "Download");
-    const QJsonObject request{{"downloadUrl", "u"}, {"auth", "a"}, {"method", 1}};
+    const QByteArray request = R"({"downloadUrl":"u","auth":"a","method":1})";
     {
         DialogUser user([&](QFileDialog& dialog) { dialog.reject(); });
-        EXPECT_EQ(call(LD_Download, request), flagged("ExportDeviceConfig", 0, 1));
-        EXPECT_EQ(count("TP_ExportDeviceConfig"), 0U);
+        expect({{LD_Download, request, "", flagged("ExportDeviceConfig", 0, 1)}});
     }
+    const std::string chosen = "TP_ExportDeviceConfig(u, a, " + root().toStdString() + "/config)";
     for (const int result : {0, -6}) {
         engine_double::answer("TP_ExportDeviceConfig", result);
         DialogUser user([&](QFileDialog& dialog) { choose(dialog, root() + "/config"); });
-        EXPECT_EQ(call(LD_ExportDeviceConfig, request), result == 0 ? kNull : flagged("ExportDeviceConfig", result, 0));
-        EXPECT_EQ(last("TP_ExportDeviceConfig"), (Arguments{"u", "a", (root() + "/config").toStdString()}));
+        expect(
+            {{LD_ExportDeviceConfig, request, chosen, result == 0 ? kNull : flagged("ExportDeviceConfig", result, 0)}});
     }
     DialogUser user([&](QFileDialog& dialog) { choose(dialog, root() + "/file"); });
-    EXPECT_EQ(call(LD_Download, {{"method", 2}}), flagged("ExportFile", -1, 0));
-    EXPECT_EQ(call(LD_ExportDeviceLog, {{"fileType", 7}, {"filename", ""}}), flagged("ExportDeviceLog", 0, 1));
-    EXPECT_EQ(call(LD_ExportDeviceLog, {{"fileType", 7}, {"filename", "/x"}}), flagged("ExportDeviceLog", -1, 0));
+    expect({{LD_Download, R"({"method":2})", "", flagged("ExportFile", -1, 0)},
+            {LD_ExportDeviceLog, R"({"fileType":7,"filename":""})", "", flagged("ExportDeviceLog", 0, 1)},
+            {LD_ExportDeviceLog, R"({"fileType":7,"filename":"/x"})", "", flagged("ExportDeviceLog", -1, 0)}});
 }
 
 TEST_F(ServicesTest, downloadsGoToTheFolderOfTheDay)
 {
-    engine_double::giveText("TP_GetHTTPErrorInfo", "words");
-    const QJsonObject request{
-        {"downloadUrl", "http://cam/f"}, {"auth", "a"}, {"downloadXml", "<x/>"}, {"filename", "f"}};
-    const QJsonObject answer = call(LD_StartDownload, request);
-    EXPECT_EQ(answer["errorModule"], "startAsyncDownload");
-    EXPECT_EQ(answer["errorCode"], 0);
-    EXPECT_EQ(answer["errorInfo"], "words");
-    const std::string day = dayFolder("Web/DownloadFiles");
-    EXPECT_EQ(last("TP_StartDownload"), (Arguments{"http://cam/f", "a", day + "/f", "<x/>"}));
-
-    const auto with = [&](const char* key, const QJsonValue& value) {
-        QJsonObject changed = request;
-        changed[key] = value;
-        return changed;
+    // Asks for a download with these keys too.
+    const auto expectCall = [&](const QByteArray& more, const std::string& asked) {
+        const std::size_t before = engine_double::calls().size();
+        const QJsonObject answer =
+            call(LD_StartDownload,
+                 R"({"downloadUrl":"http://cam/f","auth":"a","downloadXml":"<x/>","filename":"f")" + more + "}");
+        EXPECT_EQ(answer["errorModule"], "startAsyncDownload");
+        EXPECT_EQ(answer["errorInfo"], "words");
+        EXPECT_EQ(wall::engineCalls(before).at(0), asked);
     };
-    call(LD_StartDownload, with("packageType", 5));
-    EXPECT_EQ(last("TP_StartDownloadEx"), (Arguments{"http://cam/f", "a", day + "/f", "5", "<x/>"}));
-    for (const char* name : {"a..b", "x/../y"}) {
-        call(LD_StartDownload, with("filename", name));
-        EXPECT_EQ(last("TP_StartDownload").at(2), day + "/" + name);
-    }
-    call(LD_StartDownload, with("fileType", "snapmachine"));
-    EXPECT_EQ(last("TP_StartDownload").at(2), dayFolder("Web/ViewPics") + "/f");
-    EXPECT_EQ(call(LD_StartDownload, with("fileType", "faceSnap"))["errorCode"], -3);
-    QDir().mkpath(QString::fromStdString(dayFolder("Web/InteligentFaceFiles")));
-    call(LD_StartDownload, with("fileType", "faceSnap"));
-    EXPECT_EQ(last("TP_StartDownload").at(2), dayFolder("Web/InteligentFaceFiles") + "/cam/f");
+    const std::string day = wall::dayFolder("DownloadFiles").toStdString();
+    const std::string start = "TP_StartDownload(http://cam/f, a, ";
+    engine_double::giveText("TP_GetHTTPErrorInfo", "words");
+    expectCall("", start + day + "/f, <x/>)");
+    expectCall(R"(,"packageType":5)", "TP_StartDownloadEx(http://cam/f, a, " + day + "/f, 5, <x/>)");
+    expectCall(R"(,"filename":"a..b")", start + day + "/a..b, <x/>)");
+    expectCall(R"(,"filename":"x/../y")", start + day + "/x/../y, <x/>)");
+    expectCall(R"(,"fileType":"snapmachine")", start + wall::dayFolder("ViewPics").toStdString() + "/f, <x/>)");
+
+    const QString faces = wall::dayFolder("InteligentFaceFiles");
+    EXPECT_EQ(call(LD_StartDownload, R"({"downloadUrl":"http://cam/f","fileType":"faceSnap"})")["errorCode"], -3);
+    QDir().mkpath(faces);
+    expectCall(R"(,"fileType":"faceSnap")", start + faces.toStdString() + "/cam/f, <x/>)");
 }
 
 TEST_F(ServicesTest, downloadsThatCannotBeginSaySo)
 {
-    const QJsonObject noFolder = failed("startAsyncDownload", -3);
-    const QJsonDocument lost = json(R"({"localConfig":{"downloadPath":"/proc/no/folder"}})");
     EXPECT_EQ(call(LD_StartDownload)["errorCode"], 0);
-    const std::size_t before = count("TP_StartDownload");
-    for (const char* name : {"../f", "../../../etc/f", "x/../../f"}) {
-        const QJsonObject refused = call(LD_StartDownload, {{"filename", name}});
-        EXPECT_EQ(refused["errorCode"], -1);
-        EXPECT_EQ(refused["downloadId"], -1);
-    }
-    LD_SetLocalConfig(&lost);
-    EXPECT_EQ(call(LD_StartDownload, {{"filename", "f"}}), noFolder);
-    EXPECT_EQ(count("TP_StartDownload"), before);
-    EXPECT_EQ(call(LD_StartDownload, {{"fileType", "snapmachine"}})["errorCode"], 0);
+    const auto refused = [](int code, const char* why) {
+        return QJsonObject{{"downloadId", code}, {"errorCode", code}, {"errorInfo", why}};
+    };
+    for (const char* const name : {"../f", "../../../etc/f", "x/../../f"})
+        expect({{LD_StartDownload, QByteArray(R"({"filename":")") + name + "\"}", "",
+                 refused(-1, "the file name leaves the folder of the day")}});
+    call(LD_SetLocalConfig, R"({"localConfig":{"downloadPath":"/proc/no/folder"}})");
+    expect({{LD_StartDownload, R"({"filename":"f"})", "", failed("startAsyncDownload", -3)}});
+    EXPECT_EQ(call(LD_StartDownload, R"({"fileType":"snapmachine"})")["errorCode"], 0);
     engine_double::answer("TP_StartDownload", -11);
     engine_double::giveText("TP_GetHTTPErrorInfo", "No space left on device");
-    EXPECT_EQ(call(LD_StartDownload, {{"fileType", "snapmachine"}}),
-              (QJsonObject{{"downloadId", -11}, {"errorCode", -11}, {"errorInfo", "No space left on device"}}));
+    EXPECT_EQ(call(LD_StartDownload, R"({"fileType":"snapmachine"})"), refused(-11, "No space left on device"));
 }
 
 TEST_F(ServicesTest, downloadsArePolledById)
 {
-    const QJsonObject request{{"downloadId", 7}};
+    const QByteArray request = R"({"downloadId":7})";
+    const std::string poll = "TP_GetDownloadStatus(7, pointer, pointer)";
+    const QJsonObject noProgress = failed("GetDownloadProgress", -1);
     engine_double::give("TP_GetDownloadStatus", {0, 40});
-    EXPECT_EQ(call(LD_GetDownloadProgress, request), (QJsonObject{{"downloadProgress", "40"}}));
+    expect({{LD_GetDownloadProgress, request, poll, {{"downloadProgress", "40"}}}});
     engine_double::give("TP_GetDownloadStatus", {-2, 40});
-    EXPECT_EQ(call(LD_GetDownloadStatus, request), (QJsonObject{{"downloadStatus", "4294967294"}}));
-    EXPECT_EQ(call(LD_GetDownloadInfo, request),
-              (QJsonObject{{"downloadStatus", "4294967294"}, {"downloadProgress", "40"}}));
-    EXPECT_EQ(call(LD_GetDownloadProgress, request)["errorCode"], -1);
-    EXPECT_EQ(last("TP_GetDownloadStatus").at(0), "7");
-    call(LD_GetDownloadInfo, {{"other", 1}});
-    EXPECT_EQ(last("TP_GetDownloadStatus").at(0), "0");
-
+    const QJsonObject info{{"downloadStatus", "4294967294"}, {"downloadProgress", "40"}};
+    expect({{LD_GetDownloadStatus, request, poll, {{"downloadStatus", "4294967294"}}},
+            {LD_GetDownloadInfo, request, poll, info},
+            {LD_GetDownloadInfo, R"({"other":1})", "TP_GetDownloadStatus(0, pointer, pointer)", info},
+            {LD_GetDownloadProgress, request, poll, noProgress},
+            {LD_StopDownload, request, "TP_StopDownload(7)", kNull}});
     engine_double::answer("TP_GetDownloadStatus", -9);
-    EXPECT_EQ(call(LD_GetDownloadStatus, request), failed("GetDownloadStatus", -9));
-    EXPECT_EQ(call(LD_GetDownloadProgress, request)["errorCode"], -1);
-    const std::size_t before = count("TP_GetDownloadStatus");
-    const QJsonObject none{{"downloadId", -1}};
-    for (const Operation poll : {LD_GetDownloadStatus, LD_GetDownloadInfo, LD_GetDownloadProgress, LD_StopDownload})
-        EXPECT_EQ(call(poll, none)["errorCode"], -1);
-    EXPECT_EQ(count("TP_GetDownloadStatus"), before);
-    EXPECT_EQ(call(LD_StopDownload, request), kNull);
     engine_double::answer("TP_StopDownload", -1);
-    EXPECT_EQ(call(LD_StopDownload, request), failed("StopDownload", -1));
+    expect({{LD_GetDownloadStatus, request, poll, failed("GetDownloadStatus", -9)},
+            {LD_GetDownloadProgress, request, poll, noProgress},
+            {LD_StopDownload, request, "TP_StopDownload(7)", failed("StopDownload", -1)}});
+    const QByteArray none = R"({"downloadId":-1})";
+    expect({{LD_GetDownloadStatus, none, "", failed("GetDownloadStatus", -1)},
+            {LD_GetDownloadInfo, none, "", failed("GetDownloadInfo", -1)},
+            {LD_GetDownloadProgress, none, "", noProgress},
+            {LD_StopDownload, none, "", failed("StopDownload", -1)}});
 }
 
 TEST_F(ServicesTest, upgradeHasOneSlot)
 {
-    const QJsonObject request{
-        {"upgradeUrl", "u"}, {"statusUrl", "s"}, {"auth", "a"}, {"pReserve", "p"}, {"filepath", "/f"}};
-    EXPECT_EQ(call(LD_StartUpgrade, request), kNull);
-    EXPECT_EQ(last("TP_StartUpgrade"), (Arguments{"u", "s", "a", "/f", "null", "null"}));
-    QJsonObject flagged = request;
-    flagged["upgradeFlag"] = "keep";
-    call(LD_StartUpgrade, flagged);
-    EXPECT_EQ(last("TP_StartUpgrade"), (Arguments{"u", "s", "a", "/f", "keep", "p"}));
-
+    const QByteArray request = R"("upgradeUrl":"u","statusUrl":"s","auth":"a","pReserve":"p","filepath":"/f"})";
+    const std::string start = "TP_StartUpgrade(u, s, a, /f, null, null)";
+    const std::string poll = "TP_UpgradeStatus(4, pointer, pointer)";
+    engine_double::answer("TP_StartUpgrade", 4);
     engine_double::give("TP_UpgradeStatus", {0, 30});
-    EXPECT_EQ(call(LD_UpgradeStatus), succeeded({{"upgradeStatus", "0"}}));
-    EXPECT_EQ(call(LD_UpgradeProgress), succeeded({{"upgradeProgress", "30"}, {"upgradeStatus", "0"}}));
+    expect({{LD_StartUpgrade, "{" + request, start, kNull},
+            {LD_StartUpgrade, R"({"upgradeFlag":"keep",)" + request, "TP_StartUpgrade(u, s, a, /f, keep, p)", kNull},
+            {LD_UpgradeStatus, "{}", poll, succeeded({{"upgradeStatus", "0"}})},
+            {LD_UpgradeProgress, "{}", poll, succeeded({{"upgradeProgress", "30"}, {"upgradeStatus", "0"}})}});
     engine_double::give("TP_UpgradeStatus", {3, 30});
     engine_double::lastError(13);
-    EXPECT_EQ(call(LD_UpgradeStatus), (QJsonObject{{"errorModule", "UpgradeStatus"}, {"errorCode", "3"}}));
-    EXPECT_EQ(call(LD_UpgradeProgress), failed("UpgradeProgress", 13));
-
-    const QJsonObject lastError = failed("StartUpgrade", 13);
-    EXPECT_EQ(call(LD_StartUpgrade), lastError); // an empty request tells the last error
-    EXPECT_EQ(count("TP_StartUpgrade"), 2U);
     engine_double::answer("TP_StartUpgrade", -2);
-    EXPECT_EQ(call(LD_StartUpgrade, request), lastError);
+    expect({{LD_UpgradeStatus, "{}", poll, {{"errorModule", "UpgradeStatus"}, {"errorCode", "3"}}},
+            {LD_UpgradeProgress, "{}", poll, failed("UpgradeProgress", 13)},
+            {LD_StartUpgrade, "{}", "", failed("StartUpgrade", 13)}, // an empty request tells the last error
+            {LD_StartUpgrade, "{" + request, start, failed("StartUpgrade", 13)}});
     call(LD_UpgradeStatus);
-    EXPECT_EQ(last("TP_UpgradeStatus").at(0), "13");
+    EXPECT_EQ(engine_double::calls("TP_UpgradeStatus").back().arguments.at(0), "13");
     LD_StopUpgrade(nullptr);
     LD_StopUpgrade(nullptr);
-    EXPECT_EQ(count("TP_StopUpgrade"), 1U);
+    EXPECT_EQ(engine_double::calls("TP_StopUpgrade").size(), 1U);
 }
 
 TEST_F(ServicesTest, anyThreadMayCallWithAnyRequest)
 {
     const journal::Tolerated wrongTypes;
-    const QString longName(10000, 'n');
-    const QJsonObject wild[] = {
-        {},
-        {{"filepath", longName}, {"filename", longName}, {"fileType", longName}, {"downloadId", 1e300}},
-        {{"filepath", QJsonArray{1}}, {"filename", true}, {"fileType", 1e9}, {"downloadId", "7"}, {"encrypted", {}}},
+    const QByteArray longName = "\"" + QByteArray(10000, 'n') + "\"";
+    const QByteArray wild[] = {
+        "{}",
+        R"({"filepath":)" + longName + R"(,"filename":)" + longName + R"(,"fileType":)" + longName +
+            R"(,"downloadId":1e300})",
+        R"({"filepath":[1],"filename":true,"fileType":1e9,"downloadId":"7","encrypted":null})",
     };
-    std::vector<std::thread> threads;
-    for (int index = 0; index < 4; ++index) {
-        threads.emplace_back([&] {
-            for (const QJsonObject& request : wild) {
-                for (const auto& [name, operation] : functions::of<Operation>()) {
-                    call(operation, request);
-                    LD_Release(operation(nullptr));
-                }
+    onThreads(4, [&](int) {
+        for (const QByteArray& request : wild) {
+            for (const auto& [name, operation] : functions::of<Operation>()) {
+                call(operation, request);
+                LD_Release(operation(nullptr));
             }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+        }
+    });
     EXPECT_EQ(call(LD_GetLocalConfig)["errorCode"], 0);
 }
 

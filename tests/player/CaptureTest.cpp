@@ -8,50 +8,29 @@ using namespace wall;
 
 namespace {
 
-class CaptureTest : public WallTest
-{
-protected:
-    static std::string folder(const char* kind)
-    {
-        return (QString::fromLocal8Bit(qgetenv("PWD")) + "/Web/" + kind + "/" +
-                QDate::currentDate().toString("yyyy-MM-dd"))
-            .toStdString();
-    }
-
-    Answer osdTime(std::vector<double> record)
-    {
-        engine_double::give("TP_GetOSDTime", std::move(record));
-        return ask(LD_GetOSDTime);
-    }
-};
+using CaptureTest = WallTest;
 
 TEST_F(CaptureTest, namesPicturesByFormatAndKind)
 {
-    struct
-    {
-        const char* format;
-        const char* fileName;
-        const char* call;
-        std::string path;
-    } const pictures[] = {
-        {"0", "playback_cam1.jpg", "TP_JPEGCapture", folder("PlaybackPics") + "/cam1.jpg"},
-        {"0", "cam1.bmp", "TP_JPEGCapture", folder("CaptureFiles") + "/cam1.jpg"},
-        {"1", "a.jpg.bmp", "TP_BMPCapture", folder("CaptureFiles") + "/a.bmp"},
-        {"1", "a.JPG", "TP_BMPCapture", folder("CaptureFiles") + "/a.JPG.bmp"},
-        {"\"x\"", "ü", "TP_JPEGCapture", folder("CaptureFiles") + "/ü.jpg"},
+    const std::tuple<const char*, const char*, const char*, QString> pictures[] = {
+        {"0", "playback_cam1.jpg", "TP_JPEGCapture", dayFolder("PlaybackPics") + "/cam1.jpg"},
+        {"0", "cam1.bmp", "TP_JPEGCapture", dayFolder("CaptureFiles") + "/cam1.jpg"},
+        {"1", "a.jpg.bmp", "TP_BMPCapture", dayFolder("CaptureFiles") + "/a.bmp"},
+        {"1", "a.JPG", "TP_BMPCapture", dayFolder("CaptureFiles") + "/a.JPG.bmp"},
+        {"\"x\"", "ü", "TP_JPEGCapture", dayFolder("CaptureFiles") + "/ü.jpg"},
     };
     const std::string id = std::to_string(play());
     ask(LD_Pause);
-    for (const auto& picture : pictures) {
-        configure(QByteArray(R"({"captureFileFormat":)") + picture.format + "}");
-        const QByteArray request = QByteArray(R"({"wndIndex":0,"fileName":")") + picture.fileName + "\"}";
+    for (const auto& [format, fileName, call, path] : pictures) {
+        configure(QByteArray(R"({"captureFileFormat":)") + format + "}");
+        const QByteArray request = QByteArray(R"({"wndIndex":0,"fileName":")") + fileName + "\"}";
         EXPECT_TRUE(ask(LD_Snapshot, request).null);
-        EXPECT_EQ(calls(picture.call).back().arguments, (std::vector<std::string>{id, picture.path}));
-        EXPECT_TRUE(QFileInfo(QString::fromStdString(picture.path)).dir().exists());
-        engine_double::answer(picture.call, -1);
-        EXPECT_THAT(ask(LD_Snapshot, request).message(), HasSubstr("call TP_JPEGCapture error, "));
-        engine_double::answer(picture.call, 0);
+        EXPECT_THAT(calls(call).back().arguments, ElementsAre(id, path.toStdString()));
+        EXPECT_TRUE(QFileInfo(path).dir().exists());
     }
+    engine_double::answer("TP_BMPCapture", -1);
+    configure(R"({"captureFileFormat":1})");
+    EXPECT_THAT(ask(LD_Snapshot, R"({"wndIndex":0,"fileName":"a"})").message(), HasSubstr("TP_JPEGCapture error, "));
     EXPECT_EQ(ask(LD_Snapshot, R"({"fileName":1})").message(),
               "Snapshot descriptor should contains key 'fileName' of String");
     configure(R"({"captureFileFormat":2})");
@@ -61,6 +40,10 @@ TEST_F(CaptureTest, namesPicturesByFormatAndKind)
 TEST_F(CaptureTest, onScreenTimeIsLocalAndRollsOver)
 {
     play();
+    const auto osdTime = [this](const std::vector<double>& record) {
+        engine_double::give("TP_GetOSDTime", record);
+        return ask(LD_GetOSDTime);
+    };
     const QDateTime noon({2024, 7, 1}, {12, 0});
     EXPECT_EQ(osdTime({2024, 7, 1, 12, 0, 0}).object["osdTime"].toDouble(),
               static_cast<double>(noon.toSecsSinceEpoch()));

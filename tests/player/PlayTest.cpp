@@ -1,15 +1,15 @@
 #include "tests/support/Wall.h"
 
 using namespace wall;
-using quillmark::lumen_deck::StreamKind;
 
 namespace {
 
-class PlayTest : public WallTest
+using PlayTest = WallTest;
+
+std::vector<std::string> playArguments()
 {
-protected:
-    static std::vector<std::string> playArguments() { return calls("TP_Play").back().arguments; }
-};
+    return calls("TP_Play").back().arguments;
+}
 
 TEST_F(PlayTest, callsTheEngineInOrderWithTheSettingsOfTheUser)
 {
@@ -51,7 +51,6 @@ TEST_F(PlayTest, reversePlaySetsTheOverlaysFirstAndNoBuffer)
     EXPECT_THAT(lines[1], "TP_EnableIVS(8, 1, 0)");
     EXPECT_THAT(lines[15], "TP_RigisterDrawFun(8, pointer, pointer)");
     EXPECT_EQ(player()->playStatus(), Player::ReversePlaying);
-    EXPECT_EQ(player()->streamKind(), StreamKind::Live) << "stays what it was";
     EXPECT_EQ(ask(LD_ReversePlay, R"({"wndIndex":0,"url":"","auth":"","startTime":"","stopTime":""})").message(),
               "is player is ready playing, can not play twice");
 }
@@ -67,7 +66,7 @@ TEST_F(PlayTest, buffersByTheSetting)
         ask(LD_Stop);
     }
     configure(R"({"buffNumberType":4})");
-    ask(LD_Play, R"({"wndIndex":0,"url":"","auth":""})");
+    play();
     EXPECT_EQ(calls("TP_SetDisplayBuf").back().arguments.at(0), "0");
 }
 
@@ -102,20 +101,6 @@ TEST_F(PlayTest, refusesWithoutTouchingTheWindow)
         EXPECT_EQ(ask(function, request).message(), message) << request;
     EXPECT_TRUE(calls("TP_SetDisplayBuf").empty());
     EXPECT_TRUE(engine_double::livePlays().empty());
-}
-
-TEST_F(PlayTest, refusedOverlaysEndTheirListAndHurtNothing)
-{
-    const std::pair<const char*, std::size_t> lasts[] = {
-        {"TP_EnableIVS", 2U}, {"TP_RenderPrivateDataEx", 4U}, {"TP_SetOverlayPriInfoFlag", 1U}};
-    for (const auto& [name, calledTimes] : lasts) {
-        engine_double::reset();
-        engine_double::answer(name, -1);
-        play();
-        EXPECT_EQ(calls(name).size(), calledTimes) << "the group is tested after its last call";
-        EXPECT_EQ(calls("TP_RigisterDrawFun").size(), 1U);
-        ask(LD_Stop);
-    }
 }
 
 } // namespace

@@ -1,27 +1,15 @@
-#include "src/LayoutDetail.h"
 #include "tests/support/Wall.h"
-
-#include <QApplication>
-#include <QWheelEvent>
 
 #include <thread>
 
 using namespace wall;
-using quillmark::lumen_deck::IPlayWindow;
 
 namespace {
 
 class PlayerTest : public WallTest
 {
 protected:
-    IPlayWindow* window() { return qobject_cast<IPlayWindow*>(player()->parent()); }
-
-    void turnWheel(int delta)
-    {
-        QWheelEvent event(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(window(), &event);
-    }
+    void wheel(int delta) { turnWheel(qobject_cast<QWidget*>(player()->parent()), {1, 1}, {0, delta}); }
 
     // Whether a message of the id reaches the host when it comes on a thread of the engine; then it is as told.
     bool heard(int playId, unsigned message, int index)
@@ -90,29 +78,19 @@ TEST_F(PlayerTest, wheelStepsDownwardsInSingleFrameModeOnly)
 {
     play();
     const auto steps = [] { return calls("TP_FrameForward").size(); };
-    turnWheel(-120);
+    wheel(-120);
     ask(LD_Pause);
-    turnWheel(-120);
+    wheel(-120);
     EXPECT_EQ(steps(), 0U);
     ask(LD_FrameForward);
-    turnWheel(120);
-    turnWheel(0);
+    wheel(120);
+    wheel(0);
     EXPECT_EQ(steps(), 1U);
     engine_double::answer("TP_FrameForward", -1);
-    turnWheel(-120);
-    turnWheel(-120);
+    wheel(-120);
+    wheel(-120);
     EXPECT_EQ(steps(), 3U);
     EXPECT_EQ(player()->playStatus(), Player::FrameStepping);
-}
-
-TEST_F(PlayerTest, speedAndVolumeAreTheEngines)
-{
-    EXPECT_EQ(Player(&main()).playSpeed(), 0.0F);
-    engine_double::give("TP_GetScale", {0.125});
-    engine_double::answer("TP_GetVolume", 0x12345);
-    play();
-    EXPECT_EQ(player()->playSpeed(), 0.125F);
-    EXPECT_EQ(player()->volume(), 0x2345);
 }
 
 } // namespace

@@ -1,11 +1,7 @@
 #include "tests/support/Wall.h"
 
-#include <QAbstractEventDispatcher>
-#include <QCoreApplication>
-#include <QDate>
 #include <QDir>
 #include <QLayout>
-#include <QTimerEvent>
 
 #include <sys/vfs.h>
 
@@ -37,22 +33,17 @@ protected:
     {
         WallTest::TearDown();
         freeBytes = 1'000'000'000;
-        QDir(folder("RecordFiles")).removeRecursively();
+        QDir(dayFolder("RecordFiles")).removeRecursively();
     }
 
-    QList<QAbstractEventDispatcher::TimerInfo> timers()
-    {
-        return QAbstractEventDispatcher::instance()->registeredTimers(player());
-    }
+    auto timers() { return timersOf(player()); }
 
     // The second that the recording's timer waits for, at once. What the engine was called for.
     std::vector<std::string> tick()
     {
         const std::size_t before = calls().size();
-        for (const auto& timer : timers()) {
-            QTimerEvent event(timer.timerId);
-            QCoreApplication::sendEvent(player(), &event);
-        }
+        for (const auto& timer : timers())
+            expire(player(), timer.timerId);
         return engineCalls(before);
     }
 
@@ -65,13 +56,7 @@ protected:
         return path.left(path.size() - 4);
     }
 
-    static QString folder(const char* kind)
-    {
-        return QString::fromLocal8Bit(qgetenv("PWD")) + "/Web/" + kind + "/" +
-               QDate::currentDate().toString("yyyy-MM-dd");
-    }
-
-    static QStringList files(const char* kind) { return QDir(folder(kind)).entryList(QDir::Files); }
+    static QStringList files(const char* kind) { return QDir(dayFolder(kind)).entryList(QDir::Files); }
 
     static void fileSize(int bytes) { engine_double::answer("TP_GetRecordFileSize", bytes); }
 };
@@ -89,27 +74,14 @@ TEST_F(RecordingTest, filesGoWhereTheStreamKindSays)
     for (const auto& [url, kind] : kinds) {
         play(url);
         record("cam");
-        EXPECT_EQ(calls("TP_StartSave").back().arguments.at(1), (folder(kind) + "/cam.mp4").toStdString()) << url;
+        EXPECT_EQ(calls("TP_StartSave").back().arguments.at(1), (dayFolder(kind) + "/cam.mp4").toStdString()) << url;
         EXPECT_EQ(calls("TP_StartSave").back().arguments.at(2), "2");
-        EXPECT_TRUE(QDir(folder("RecordFiles")).exists() && QDir(folder("PlaybackFiles")).exists());
+        EXPECT_TRUE(QDir(dayFolder("RecordFiles")).exists() && QDir(dayFolder("PlaybackFiles")).exists());
         EXPECT_TRUE(player()->saving());
         ask(LD_Stop);
     }
     ASSERT_EQ(timers().size(), 1);
     EXPECT_EQ(timers().at(0).interval, 1000);
-    EXPECT_EQ(timers().at(0).timerType, Qt::CoarseTimer);
-}
-
-TEST_F(RecordingTest, aRefusedOneLeavesNothing)
-{
-    play();
-    engine_double::answer("TP_StartSave", -3);
-    const Answer refused = ask(LD_StartSave, R"({"wndIndex":0,"fileName":""})");
-    EXPECT_THAT(refused.message(), HasSubstr("returns -3, "));
-    EXPECT_EQ(refused.object["errorModule"].toString(), "src/player/Player");
-    EXPECT_FALSE(player()->saving());
-    EXPECT_THAT(timers(), IsEmpty());
-    EXPECT_TRUE(ask(LD_StopSave).null) << "the engine decides";
 }
 
 TEST_F(RecordingTest, splitsPastTheLimitAndNumbersFromTheFirstSplitOn)
@@ -129,7 +101,7 @@ TEST_F(RecordingTest, splitsPastTheLimitAndNumbersFromTheFirstSplitOn)
         }
         EXPECT_EQ(files("RecordFiles"), QStringList("clip_1.mp4")) << "renamed once, the double writes no files";
         ask(LD_Stop);
-        QDir(folder("RecordFiles")).removeRecursively();
+        QDir(dayFolder("RecordFiles")).removeRecursively();
     }
 }
 
@@ -142,7 +114,7 @@ TEST_F(RecordingTest, renamingNeverTakesAnothersPlaceAndARefusedSplitEndsTheReco
     EXPECT_EQ(files("RecordFiles"), QStringList("a.mp4.mp4")) << "its name has lost both endings: not found";
     ask(LD_StopSave);
     record();
-    QFile(folder("RecordFiles") + "/clip_1.mp4").open(QIODevice::WriteOnly);
+    QFile(dayFolder("RecordFiles") + "/clip_1.mp4").open(QIODevice::WriteOnly);
     tick();
     EXPECT_TRUE(files("RecordFiles").contains("clip.mp4"));
     engine_double::answer("TP_SwitchFile", 1);
@@ -159,7 +131,7 @@ TEST_F(RecordingTest, lowDiskIsToldAndEndsTheRecording)
         freeBytes = 1'000'000'000;
         record();
         tick();
-        EXPECT_EQ(askedFolder, folder("RecordFiles").toStdString());
+        EXPECT_EQ(askedFolder, dayFolder("RecordFiles").toStdString());
         EXPECT_THAT(events(), IsEmpty());
         freeBytes = bytes;
         EXPECT_EQ(tick().back(), "TP_StopSave(" + id + ")");
@@ -191,6 +163,11 @@ TEST_F(RecordingTest, endIsNoticedAtTheNextTick)
     ask(LD_Stop);
     EXPECT_THAT(tick(), ElementsAre("TP_StopSave(-1)"));
     EXPECT_THAT(timers(), IsEmpty());
+    play();
+    engine_double::answer("TP_StartSave", -3);
+    EXPECT_THAT(ask(LD_StartSave, R"({"wndIndex":0,"fileName":""})").message(), HasSubstr("returns -3, "));
+    EXPECT_FALSE(player()->saving());
+    EXPECT_THAT(timers(), IsEmpty()) << "a refused one never began";
 }
 
 TEST_F(RecordingTest, hostMayActOnTheLowDiskEvent)

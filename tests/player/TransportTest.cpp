@@ -1,67 +1,40 @@
-#include "src/player/IFisheyeModule.h"
 #include "tests/support/Wall.h"
 
 #include <QLayout>
-#include <QPointer>
 
 using namespace wall;
 
 namespace {
 
-class TransportTest : public WallTest
-{
-};
+using TransportTest = WallTest;
 
-// An operation on a playing window: what it says, what it calls, and the status that it leads to from Playing.
-struct Operation
-{
-    WithWidget function;
-    const char* notAnObject;
-    const char* notPlaying;
-    const char* call;
-    int after = Player::Playing;
-};
-
-const Operation operations[] = {
-    {LD_Pause, "pause json descriptor should a json object", "the player is not playing, can not pause.", "TP_Pause",
-     Player::Paused},
-    {LD_Resume, "resume json descriptor should be an object", "the window is not playing, can not resume", "TP_Resume"},
-    {LD_Fast, "fast json descriptor should be an object", "the player is not playing, can not fast", "TP_Fast"},
-    {LD_Slow, "slow json descriptor should be a json object", "the player is not playing, can not slow", "TP_Slow"},
-    {LD_FrameForward, "FrameForward json descriptor should be a json object",
-     "the window is not playing, can not frame forward", "TP_FrameForward", Player::FrameStepping},
-    {LD_OpenSound, "open sound json descriptor should be json object", "the player is not playing, can not open sound",
-     "TP_OpenSound"},
-    {LD_SetVolume, "set volume json descriptor should be json object", "the player is not playing can not set volume",
-     "TP_SetVolume"},
-    {LD_StartSave, "fileName does not exists", "the player is not playing can not record", "TP_StartSave"},
-    {LD_StopSave, "stop save json descriptor should be object", "the player is not playing can not stop record",
-     "TP_StopSave"},
-    {LD_Snapshot, "Snapshot descriptor should be json object", "the player is not playing can not capture",
-     "TP_JPEGCapture"},
-    {LD_GetOSDTime, "getOSDTime json descriptor should be a json object",
-     "the player is not playing can not get osd time", "TP_GetOSDTime"},
-};
+// What is done to a playing window by one call of the engine.
+// clang-format off
+const std::pair<WithWidget, const char*> operations[] = {
+    {LD_Pause, "TP_Pause"}, {LD_Resume, "TP_Resume"}, {LD_Fast, "TP_Fast"}, {LD_Slow, "TP_Slow"},
+    {LD_FrameForward, "TP_FrameForward"}, {LD_OpenSound, "TP_OpenSound"}, {LD_SetVolume, "TP_SetVolume"},
+    {LD_StartSave, "TP_StartSave"}, {LD_StopSave, "TP_StopSave"}, {LD_Snapshot, "TP_JPEGCapture"},
+    {LD_GetOSDTime, "TP_GetOSDTime"}};
+// clang-format on
 
 TEST_F(TransportTest, operationsSayWhatIsWrongAndCallTheEngineOnce)
 {
     const char* const request = R"({"wndIndex":0,"volume":1,"fileName":"f"})";
-    for (const Operation& operation : operations) {
-        SCOPED_TRACE(operation.call);
-        const auto operate = [&](const char* text) { return ask(operation.function, text); };
+    for (const auto& [function, call] : operations) {
+        SCOPED_TRACE(call);
+        const auto operate = [&, &f = function](const char* text) { return ask(f, text); };
         engine_double::give("TP_GetOSDTime", {2024, 1, 1, 0, 0, 0});
-        EXPECT_EQ(operate("[]").message(), operation.notAnObject);
         EXPECT_EQ(operate("[]").code(), 500);
         EXPECT_EQ(operate(R"({"wndIndex":7,"fileName":"f"})").code(), 502);
-        EXPECT_EQ(operate(request).message(), operation.notPlaying);
         EXPECT_EQ(operate(request).code(), 501);
-        EXPECT_THAT(calls(operation.call), IsEmpty());
+        EXPECT_THAT(calls(call), IsEmpty());
         play();
         EXPECT_FALSE(operate(request).object.contains("errorCode"));
-        EXPECT_EQ(calls(operation.call).size(), 1U);
-        EXPECT_EQ(player()->playStatus(), operation.after);
+        EXPECT_EQ(calls(call).size(), 1U);
+        const bool stays = function != LD_Pause && function != LD_FrameForward;
+        EXPECT_EQ(player()->playStatus() == Player::Playing, stays);
         ask(LD_Stop);
-        EXPECT_EQ(operate(request).message(), operation.notPlaying) << "a stopped player counts as none";
+        EXPECT_EQ(operate(request).code(), 501) << "a stopped player counts as none";
         engine_double::reset();
     }
 }
@@ -96,56 +69,6 @@ TEST_F(TransportTest, stopEndsTheRecordingFirstAndCanBeTriedAgain)
     EXPECT_TRUE(ask(LD_Stop, R"({"wndIndex":1})").null) << "nor one that never played";
     EXPECT_THAT(engineCalls(before),
                 ElementsAre("TP_StopSave(" + id + ")", "TP_Stop(" + id + ")", "TP_Stop(" + id + ")"));
-    EXPECT_EQ(player()->playId(), -1);
-    EXPECT_EQ(ask(LD_Stop, "[]").message(), "stop json descriptor should be a json object");
-}
-
-// The fisheye companion, as the streams see it.
-class Fisheye : public quillmark::lumen_deck::IFisheyeModule
-{
-public:
-    using IFisheyeModule::IFisheyeModule;
-    int getCorrectionType() const override { return correctionType; }
-    QWidget* getSoftwarePlayRealWindow() const override { return realWindow; }
-    int getSubWindowPlayerId(int index) override { return 40 + index; }
-    void resetParam(int index) override { resets.push_back(index); }
-    std::shared_ptr<quillmark::lumen_deck::ErrorBase>
-    setJsonParam(quillmark::lumen_deck::FisheyeModuleInterface operation, const QJsonDocument&) override
-    {
-        operations.push_back(operation);
-        return nullptr;
-    }
-
-    int correctionType = 0;
-    QWidget* realWindow = nullptr;
-    std::vector<int> resets;
-    std::vector<int> operations;
-};
-
-TEST_F(TransportTest, theCompanionTakesPart)
-{
-    const journal::Tolerated noAddress;
-    auto* fisheye = new Fisheye(&main());
-    play();
-    ask(LD_Stop, R"({"wndIndex":"0"})");
-    EXPECT_THAT(fisheye->resets, IsEmpty()) << "no window has that name";
-    const QByteArray name = main().layout()->itemAt(0)->widget()->objectName().toUtf8();
-    ask(LD_Stop, R"({"wndIndex":")" + name + "\"}");
-    EXPECT_THAT(fisheye->resets, ElementsAre(0));
-
-    fisheye->correctionType = 2;
-    ask(LD_Play);
-    ask(LD_Stop);
-    EXPECT_THAT(fisheye->operations, ElementsAre(3, 4));
-    fisheye->correctionType = 1;
-    EXPECT_EQ(ask(LD_Pause).message(), "get fisheye realWindow error");
-    QWidget real(&main());
-    fisheye->realWindow = &real;
-    EXPECT_EQ(ask(LD_Pause, R"({"wndIndex":99})").message(), "the player is not playing, can not pause.");
-
-    const QPointer<Fisheye> module = fisheye;
-    LD_Release(LD_StopRealPlayAll(&main()));
-    EXPECT_FALSE(module);
 }
 
 TEST_F(TransportTest, stopAllReachesParkedWindowsAndTakesNoRefusalBadly)
@@ -176,7 +99,6 @@ TEST_F(TransportTest, settingsOfLaterPlays)
     EXPECT_FALSE(player());
     ASSERT_TRUE(ask(LD_SetHttps, R"({"https":true})").null);
     EXPECT_EQ(main().findChildren<Player*>().size(), 4);
-    EXPECT_TRUE(player()->https());
 
     engine_double::reset();
     EXPECT_TRUE(ask(LD_SetReconnectInfo, R"({"wndIndex":0,"auth":"x"})").null) << "a stopped player will do";
@@ -185,20 +107,6 @@ TEST_F(TransportTest, settingsOfLaterPlays)
     EXPECT_EQ(ask(LD_SetReconnectInfo, R"({"wndIndex":0,"auth":"x"})").message(),
               "the player is not playing can not set reconnect info");
     EXPECT_EQ(ask(LD_SetTrsPlayBackParam).message(), missing("transBitrate"));
-}
-
-TEST_F(TransportTest, queryAnswersTheSizeOrNothing)
-{
-    engine_double::give("TP_GetPictureSize", {1920, 1080});
-    const Answer none = ask(LD_QueryPlayStatus);
-    EXPECT_FALSE(none.null);
-    EXPECT_TRUE(none.object.isEmpty());
-    play();
-    EXPECT_EQ(ask(LD_QueryPlayStatus).object,
-              json(R"({"playInfo":{"pictureSize":{"width":1920,"height":1080}}})").object());
-    engine_double::answer("TP_GetPictureSize", -2);
-    EXPECT_TRUE(ask(LD_QueryPlayStatus).object.isEmpty());
-    EXPECT_EQ(ask(LD_QueryPlayStatus, "[]").message(), "query play status json descriptor should be json object");
 }
 
 TEST_F(TransportTest, volumeIsPercentInSixteenBits)

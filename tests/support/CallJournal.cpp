@@ -46,45 +46,29 @@ QJsonDocument* journaled(const char* name, QJsonDocument* answer)
 #define EVENT "_ZN9quillmark10lumen_deck12callCallbackE12LD_EventTypeP7QWidgetPK13QJsonDocument"
 #define REAL(symbol) __asm__("__real_" symbol)
 #define WRAP(symbol) __asm__("__wrap_" symbol)
+// The function of the symbol that keeps `...` and what the real one answers.
+#define JOURNALED(symbol, function, parameters, arguments, ...)                                                        \
+    QJsonDocument* real##function parameters REAL(symbol);                                                             \
+    QJsonDocument* wrap##function parameters WRAP(symbol);                                                             \
+    QJsonDocument* wrap##function parameters                                                                           \
+    {                                                                                                                  \
+        return journaled(__VA_ARGS__, real##function arguments);                                                       \
+    }
 
-QJsonDocument* real(const char*, Route, WithBoth, QWidget*, const QJsonDocument*) REAL(CALL "P7QWidgetPKS4_ES7_S9_");
-QJsonDocument* real(const char*, Route, WithWidget, QWidget*) REAL(CALL "P7QWidgetES7_");
-QJsonDocument* real(const char*, Route, WithDocument, const QJsonDocument*) REAL(CALL "PKS4_ES7_");
-QJsonDocument* real(const char*, Route, WithNothing) REAL(CALL "vE");
-QJsonDocument* realInitialize(QWidget*) REAL("LD_Initialize");
+// clang-format off
+JOURNALED(CALL "P7QWidgetPKS4_ES7_S9_", Call,
+    (const char* name, Route route, WithBoth body, QWidget* mainWindow, const QJsonDocument* args),
+    (name, route, body, mainWindow, args), name, args)
+JOURNALED(CALL "P7QWidgetES7_", Call,
+    (const char* name, Route route, WithWidget body, QWidget* mainWindow), (name, route, body, mainWindow), name)
+JOURNALED(CALL "PKS4_ES7_", Call,
+    (const char* name, Route route, WithDocument body, const QJsonDocument* args), (name, route, body, args), name, args)
+JOURNALED(CALL "vE", Call, (const char* name, Route route, WithNothing body), (name, route, body), name)
+JOURNALED("LD_Initialize", Initialize, (QWidget* mainWindow), (mainWindow), "LD_Initialize")
+// clang-format on
+
 void realEvent(LD_EventType, QWidget*, const QJsonDocument*) REAL(EVENT);
-
-QJsonDocument* wrap(const char*, Route, WithBoth, QWidget*, const QJsonDocument*) WRAP(CALL "P7QWidgetPKS4_ES7_S9_");
-QJsonDocument* wrap(const char*, Route, WithWidget, QWidget*) WRAP(CALL "P7QWidgetES7_");
-QJsonDocument* wrap(const char*, Route, WithDocument, const QJsonDocument*) WRAP(CALL "PKS4_ES7_");
-QJsonDocument* wrap(const char*, Route, WithNothing) WRAP(CALL "vE");
-QJsonDocument* wrapInitialize(QWidget*) WRAP("LD_Initialize");
 void wrapEvent(LD_EventType, QWidget*, const QJsonDocument*) WRAP(EVENT);
-
-QJsonDocument* wrap(const char* name, Route route, WithBoth body, QWidget* mainWindow, const QJsonDocument* args)
-{
-    return journaled(name, args, real(name, route, body, mainWindow, args));
-}
-
-QJsonDocument* wrap(const char* name, Route route, WithWidget body, QWidget* mainWindow)
-{
-    return journaled(name, real(name, route, body, mainWindow));
-}
-
-QJsonDocument* wrap(const char* name, Route route, WithDocument body, const QJsonDocument* args)
-{
-    return journaled(name, args, real(name, route, body, args));
-}
-
-QJsonDocument* wrap(const char* name, Route route, WithNothing body)
-{
-    return journaled(name, real(name, route, body));
-}
-
-QJsonDocument* wrapInitialize(QWidget* mainWindow)
-{
-    return journaled("LD_Initialize", realInitialize(mainWindow));
-}
 
 void wrapEvent(LD_EventType type, QWidget* mainWindow, const QJsonDocument* document)
 {

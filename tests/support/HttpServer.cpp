@@ -102,73 +102,51 @@ class HttpServer::Line
 {
 public:
     Line(int socket, SSL_CTX* tls)
-        : socket_(socket)
-        , tls_(tls ? SSL_new(tls) : nullptr, SSL_free)
+        : ends_(BIO_new(BIO_f_buffer()), BIO_free_all)
     {
-        if (tls_)
-            SSL_set_fd(tls_.get(), socket);
+        BIO* const end = BIO_new_socket(socket, BIO_NOCLOSE);
+        BIO_push(ends_.get(), tls ? BIO_push(BIO_new_ssl(tls, 0), end) : end);
     }
 
-    bool open() { return !tls_ || SSL_accept(tls_.get()) == 1; }
-
-    bool write(std::string_view text)
+    bool write(const std::string& text)
     {
-        while (!text.empty()) {
-            const auto length = static_cast<int>(std::min<size_t>(text.size(), 1 << 16));
-            const ssize_t sent = tls_ ? SSL_write(tls_.get(), text.data(), length)
-                                      : send(socket_, text.data(), static_cast<size_t>(length), MSG_NOSIGNAL);
-            if (sent <= 0)
-                return false;
-            text.remove_prefix(static_cast<size_t>(sent));
-        }
-        return true;
+        const auto length = static_cast<int>(text.size());
+        return BIO_write(ends_.get(), text.data(), length) == length && BIO_flush(ends_.get()) == 1;
     }
 
     bool readLine(std::string& line)
     {
-        size_t end = 0;
-        while ((end = buffer_.find("\r\n")) == std::string::npos)
-            if (!fill())
-                return false;
-        line = buffer_.substr(0, end);
-        buffer_.erase(0, end + 2);
-        return true;
+        line.resize(1 << 16);
+        const int length = BIO_gets(ends_.get(), line.data(), static_cast<int>(line.size()));
+        line.resize(static_cast<size_t>(std::max(length, 2) - 2));
+        return length >= 2;
     }
 
     // Hands on `length` bytes in the pieces that they come in.
     bool read(size_t length, const BodyHandler& handler)
     {
+        char piece[16384];
         while (length > 0) {
-            if (buffer_.empty() && !fill())
+            const int got = BIO_read(ends_.get(), piece, static_cast<int>(std::min(length, sizeof piece)));
+            if (got <= 0)
                 return false;
-            const size_t taken = std::min(length, buffer_.size());
-            handler(std::string_view(buffer_).substr(0, taken));
-            buffer_.erase(0, taken);
-            length -= taken;
+            handler({piece, static_cast<size_t>(got)});
+            length -= static_cast<size_t>(got);
         }
         return true;
     }
 
-    void end()
+    // The end is not told to the other side.
+    void cut()
     {
-        if (tls_)
-            SSL_shutdown(tls_.get());
+        SSL* tls = nullptr;
+        BIO_get_ssl(ends_.get(), &tls);
+        if (tls)
+            SSL_set_quiet_shutdown(tls, 1);
     }
 
 private:
-    bool fill()
-    {
-        char piece[16384];
-        const ssize_t got = tls_ ? SSL_read(tls_.get(), piece, sizeof piece) : recv(socket_, piece, sizeof piece, 0);
-        if (got <= 0)
-            return false;
-        buffer_.append(piece, static_cast<size_t>(got));
-        return true;
-    }
-
-    const int socket_;
-    std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
-    std::string buffer_;
+    const std::unique_ptr<BIO, decltype(&BIO_free_all)> ends_;
 };
 
 HttpServer::HttpServer(Security security)
@@ -234,7 +212,7 @@ std::vector<Request> HttpServer::requests(const std::string& path) const
     return found;
 }
 
-// TLS writes to a line that the other side has closed would end the process, so these threads take no SIGPIPE.
+// Writes to a line that the other side has closed would end the process, so these threads take no SIGPIPE.
 void HttpServer::acceptLines()
 {
     sigset_t blocked;
@@ -332,7 +310,7 @@ void HttpServer::serve(int socket)
 {
     Line line(socket, tls_.get());
     std::string text;
-    if (!line.open() || !line.readLine(text))
+    if (!line.readLine(text))
         return;
     Request request;
     const size_t gap = text.find(' ');
@@ -362,8 +340,8 @@ void HttpServer::serve(int socket)
         std::this_thread::sleep_for(response.pause);
         isOpen = line.write(piece);
     }
-    if (!response.cutAfter)
-        line.end();
+    if (response.cutAfter)
+        line.cut();
 }
 
 Response rangeOf(const Request& request, const std::string& content)

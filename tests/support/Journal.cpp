@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QJsonDocument>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -17,8 +16,6 @@
 namespace journal {
 
 namespace {
-
-std::atomic<int> tolerated{0};
 
 struct Book
 {
@@ -50,7 +47,7 @@ void write(const QJsonObject& line)
     if (pages.file < 0)
         return;
     QJsonObject kept = line;
-    if (tolerated > 0)
+    if (Tolerated::living > 0)
         kept.remove("request");
     const QByteArray text = QJsonDocument(kept).toJson(QJsonDocument::Compact) + '\n';
     const std::lock_guard lock(pages.mutex);
@@ -59,16 +56,6 @@ void write(const QJsonObject& line)
         return;
     if (::write(pages.file, text.constData(), length) != text.size())
         std::perror("journal");
-}
-
-Tolerated::Tolerated()
-{
-    ++tolerated;
-}
-
-Tolerated::~Tolerated()
-{
-    --tolerated;
 }
 
 } // namespace journal

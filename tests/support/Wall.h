@@ -7,13 +7,18 @@
 #include "tests/support/Documents.h"
 #include "tests/support/Journal.h"
 
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QDate>
 #include <QFile>
 #include <QLoggingCategory>
+#include <QMouseEvent>
+#include <QWheelEvent>
 #include <QWidget>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -79,6 +84,12 @@ inline std::vector<std::string> engineCalls(std::size_t from = 0)
     return lines;
 }
 
+// Where files of a kind go today.
+inline QString dayFolder(const char* kind)
+{
+    return QString::fromLocal8Bit(qgetenv("PWD")) + "/Web/" + kind + "/" + QDate::currentDate().toString("yyyy-MM-dd");
+}
+
 inline void configure(const QByteArray& settings)
 {
     const LocalInfo settingsFile;
@@ -87,7 +98,32 @@ inline void configure(const QByteArray& settings)
     settingsFile.WriteLocalFile(&request);
 }
 
-// Four windows, default settings, and the stream events that came.
+inline void sendMouse(QWidget* window, QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons held,
+                      unsigned long time)
+{
+    QMouseEvent event(type, at, button, held, Qt::NoModifier);
+    event.setTimestamp(time);
+    QApplication::sendEvent(window, &event);
+}
+
+inline void turnWheel(QWidget* window, QPoint at, QPoint angle)
+{
+    QWheelEvent event(at, window->mapToGlobal(at), {}, angle, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(window, &event);
+}
+
+inline QList<QAbstractEventDispatcher::TimerInfo> timersOf(QObject* object)
+{
+    return QAbstractEventDispatcher::instance()->registeredTimers(object);
+}
+
+inline void expire(QObject* object, int timer)
+{
+    QTimerEvent event(timer);
+    QApplication::sendEvent(object, &event);
+}
+
+// Four windows, default settings, and the events that came.
 class WallTest : public ::testing::Test
 {
 protected:
@@ -100,14 +136,14 @@ protected:
         QFile::remove(QString::fromLocal8Bit(qgetenv("PWD")) + "/.HarborKit/local.json");
         take(LD_Initialize(&main()));
         arrange(R"({"type":2})");
-        events().clear();
-        LD_InstallEventCallback(LD_EVENT_STREAM, [](LD_EventType, QWidget* mainWindow, const QJsonDocument* document) {
+        heard().clear();
+        installAll([](LD_EventType type, QWidget* mainWindow, const QJsonDocument* document) {
             const std::lock_guard lock(eventLock());
-            events().push_back({mainWindow, document->object()});
+            heard()[type].push_back({mainWindow, document->object()});
         });
     }
 
-    void TearDown() override { LD_InstallEventCallback(LD_EVENT_STREAM, nullptr); }
+    void TearDown() override { installAll(nullptr); }
 
     QWidget& main() { return *main_; }
     void destroyMain() { main_.reset(); }
@@ -141,13 +177,29 @@ protected:
         return live.empty() ? -1 : live.back();
     }
 
-    static std::vector<Event>& events()
+    static std::vector<Event>& events() { return heard()[LD_EVENT_STREAM]; }
+    // What came of a type since the last question.
+    static std::vector<QJsonObject> told(LD_EventType type)
     {
-        static std::vector<Event> instance;
+        std::vector<QJsonObject> documents;
+        for (const Event& event : heard()[type])
+            documents.push_back(event.object);
+        heard().clear();
+        return documents;
+    }
+
+    static std::map<LD_EventType, std::vector<Event>>& heard()
+    {
+        static std::map<LD_EventType, std::vector<Event>> instance;
         return instance;
     }
 
 private:
+    static void installAll(LD_EventCallback callback)
+    {
+        for (int type = LD_EVENT_SELECTED; type <= LD_EVENT_DRAWING_ENDED; ++type)
+            LD_InstallEventCallback(static_cast<LD_EventType>(type), callback);
+    }
     static std::mutex& eventLock()
     {
         static std::mutex instance;
