@@ -19,6 +19,9 @@ constexpr auto kStandsAfter = 300ms;
 constexpr auto kStillInterval = 100ms;
 // Of four parts of the thread's time, standing pictures get one at most.
 constexpr int kStillPause = 3;
+// When so many windows are due they are painted before the first of them is swapped: a swap waits for the driver's threads,
+// which have the others to work on meanwhile.
+constexpr std::size_t kPaintedAhead = 4;
 
 bool concerns(const View& view, Window window)
 {
@@ -101,6 +104,7 @@ void Stage::remove(int viewId)
     if (found == views_.end())
         return;
     lose(**found);
+    painted_.erase(std::remove(painted_.begin(), painted_.end(), *found), painted_.end());
     removed_.push_back(std::move(*found));
     views_.erase(found);
     bury();
@@ -273,15 +277,17 @@ TimePoint Stage::work()
 {
     tellWatched();
     const TimePoint next = takeDue(Clock::now());
-    if (const auto view = longestWaiting()) {
-        draw(*view);
+    const std::shared_ptr<View> waiting = painted_.size() < kPaintedAhead ? longestWaiting() : nullptr;
+    if (waiting || !painted_.empty()) {
+        waiting ? draw(waiting) : swapNext();
         return TimePoint::min();
     }
     const auto [still, due] = nextStill();
     const TimePoint start = Clock::now();
     if (!still || due > start)
         return std::min(next, due);
-    draw(*still);
+    draw(still);
+    swapNext();
     const TimePoint end = Clock::now();
     stillNotBefore_ = end + kStillPause * (end - start);
     return TimePoint::min();
@@ -329,7 +335,7 @@ std::shared_ptr<View> Stage::longestWaiting() const
 {
     std::shared_ptr<View> first;
     for (const auto& view : views_) {
-        if (view->wanted && view->canBeSeen() && (!first || view->wanted < first->wanted))
+        if (view->wanted && !view->paintedSerial && view->canBeSeen() && (!first || view->wanted < first->wanted))
             first = view;
     }
     return first;
@@ -350,23 +356,35 @@ std::pair<std::shared_ptr<View>, TimePoint> Stage::nextStill() const
     return first;
 }
 
-void Stage::draw(View& view)
+void Stage::draw(const std::shared_ptr<View>& view)
 {
-    view.wanted.reset();
-    view.lastDrawn = Clock::now();
-    const bool lostContent = std::exchange(view.lostContent, false);
-    const PicturePtr picture = view.channel->source->current();
+    view->wanted.reset();
+    view->lastDrawn = Clock::now();
+    const bool lostContent = std::exchange(view->lostContent, false);
+    const PicturePtr picture = view->channel->source->current();
     if (!picture && lostContent)
-        blank(view);
-    if (!picture || !paint(view, *picture))
+        blank(*view);
+    if (!picture || !paint(*view, *picture))
         return;
-    runHook(view);
-    if (view.surface)
-        view.surface->swap();
-    const bool isNew = view.drawnSerial != picture->serial;
-    ++(isNew ? view.stats.shown : view.stats.redrawn);
-    view.drawnSerial = picture->serial;
+    runHook(*view);
+    if (view->surface) { // the hook has not ended the view
+        view->paintedSerial = picture->serial;
+        painted_.push_back(view);
+    }
     bury();
+}
+
+void Stage::swapNext()
+{
+    if (painted_.empty())
+        return;
+    const std::shared_ptr<View> view = std::move(painted_.front());
+    painted_.pop_front();
+    if (view->surface)
+        view->surface->swap();
+    const bool isNew = view->drawnSerial != view->paintedSerial;
+    ++(isNew ? view->stats.shown : view->stats.redrawn);
+    view->drawnSerial = std::exchange(view->paintedSerial, std::nullopt);
 }
 
 // What stood there is left alone until the first picture, unless it was lost: nobody else paints the window now.

@@ -4,6 +4,7 @@
 #include "engine/present/View.h"
 #include "engine/present/WarpProjection.h"
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -34,7 +35,7 @@ public:
 
     void handleEvents();
 
-    // Does what was due first, one window at most, so that calls are answered between two windows.
+    // Paints or swaps what was due first, one window at most, so that calls are answered between two windows.
     // Answers when there is something to do again; a time in the past is now.
     TimePoint work();
 
@@ -56,7 +57,8 @@ private:
     void take(Channel& channel, TimePoint due, TimePoint now);
     std::shared_ptr<View> longestWaiting() const;
     std::pair<std::shared_ptr<View>, TimePoint> nextStill() const;
-    void draw(View& view);
+    void draw(const std::shared_ptr<View>& view);
+    void swapNext();
     void blank(View& view);
     bool paint(View& view, const Picture& picture);
     void runHook(View& view);
@@ -70,6 +72,7 @@ private:
     // Let go as soon as no hook runs.
     std::vector<std::shared_ptr<View>> removed_;
     std::vector<std::unique_ptr<GlxSurface>> lostSurfaces_;
+    std::deque<std::shared_ptr<View>> painted_; // wait to be swapped
     bool insideHook_ = false;
     TimePoint stillNotBefore_; // standing pictures get a part of the thread's time only
 };

@@ -40,6 +40,7 @@ struct View
     bool lostContent = false; // was exposed or got another size since it was drawn
 
     std::optional<TimePoint> wanted; // since when it waits to be drawn
+    std::optional<std::uint64_t> paintedSerial; // until it is swapped
     std::optional<std::uint64_t> drawnSerial;
     TimePoint lastDrawn;
 

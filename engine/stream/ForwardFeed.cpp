@@ -113,6 +113,7 @@ bool ForwardFeed::decode(PacketPtr packet)
         return passOver(std::move(packet), *position);
     if (!catchUp())
         return false;
+    state_.queue.giveWay();
     video_->send(packet.get());
     return showAll();
 }

@@ -42,6 +42,19 @@ bool PictureQueue::waitForRoom()
     return !closed_;
 }
 
+// More pictures would take the processor from the drawing, and the place of those that it has not come to. Half an
+// interval at most: decoding still goes on twice as fast as the stream, so that it stays in time where drawing cannot.
+void PictureQueue::giveWay()
+{
+    std::unique_lock lock(mutex_);
+    const auto isBehind = [this] { return !closed_ && frontDue() <= Clock::now(); };
+    if (!isBehind())
+        return;
+    givesWay_ = true;
+    moved_.wait_for(lock, interval_ / (2 * std::max(clock_.speed(), 1.0)), [&] { return !isBehind(); });
+    givesWay_ = false;
+}
+
 bool PictureQueue::waitUntilTaken()
 {
     std::unique_lock lock(mutex_);
@@ -245,7 +258,7 @@ PicturePtr PictureQueue::take(TimePoint now)
     if (!picture)
         return nullptr;
     current_ = picture;
-    if (waiting_.size() <= capacity_ / 2)
+    if (givesWay_ || waiting_.size() <= capacity_ / 2)
         moved_.notify_all();
     return picture;
 }

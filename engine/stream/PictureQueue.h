@@ -27,6 +27,7 @@ public:
     // decode thread
     bool hasRoom() const;
     bool waitForRoom();    // false once closed. Wakes only when half the queue is free: one switch for several pictures
+    void giveWay();        // waits a little for a picture that is due to be taken: drawing is behind, not decoding
     bool waitUntilTaken(); // until the queue is empty; false once closed
     bool waitUntilDue(Microseconds position); // paces a source without pictures; false once closed
     bool passUntilDue(Microseconds position); // paces pictures that are not made; ends early when they are watched
@@ -85,6 +86,7 @@ private:
     bool hasLast_ = false;
     bool live_ = false;
     bool closed_ = false;
+    bool givesWay_ = false;
     bool watched_ = true;
     TimePoint lookedAtUntil_{}; // by whom does not watch
 };

@@ -171,11 +171,6 @@ float Stream::scale() const
     return static_cast<float>(impl_->state.queue.speed());
 }
 
-int Stream::overlay(int selector, int part) const
-{
-    return impl_->state.overlays.get(selector, part);
-}
-
 std::optional<PictureSize> Stream::pictureSize() const
 {
     const PictureSize size = impl_->state.size;

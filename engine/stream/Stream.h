@@ -59,7 +59,6 @@ public:
     bool finished() const; // the thread has left: the destructor does not wait
     bool isLive() const;   // false until it is known
     float scale() const;
-    int overlay(int selector, int part) const;      // 0 unless set
     std::optional<PictureSize> pictureSize() const; // nothing before the first picture is known
     std::optional<std::chrono::system_clock::time_point> pictureTime() const; // wall clock of the picture on show
     Microseconds delay() const; // of a live stream: the picture on show is so much older than what has come

@@ -17,7 +17,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int kNice = 10; // below the render thread, which would starve among many decoders
+// Below the render thread, which would starve among many decoders; but not far below the other programs of a busy machine.
+constexpr int kNice = 5;
 constexpr Microseconds kFirstRest = 500ms;
 constexpr Microseconds kLongestRest = 15s;
 constexpr int kMaxDoublings = 5;
