@@ -37,7 +37,7 @@ public:
     void play(const QString& clip)
     {
         const QString chain = "filesrc location=\"%1\" ! qtdemux ! h264parse ! avdec_h264 max-threads=1 ! "
-                              "glupload ! glcolorconvert ! glimagesinkelement name=sink";
+                              "videoscale ! videoconvert ! ximagesink name=sink";
         GError* error = nullptr;
         pipeline_ = gst_parse_launch(chain.arg(clip).toUtf8().constData(), &error);
         if (error != nullptr) {
