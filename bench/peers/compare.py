@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The same wall on this library, on libmpv's render API and on GStreamer, in turns, idle and beside busy processes.
 
-    bench/peers/compare.py FOLDER [--windows 1,4,9,16,64] [--rounds 3] [--seconds 8]
+    bench/peers/compare.py FOLDER [--windows 1,4,9,16,64] [--rounds 2] [--seconds 4]
 
 Needs a display and build/bench. Writes FOLDER/walls.csv (a line a run) and prints the medians as a table; plot.py draws
 them. Every round measures each library once in each condition, so that what else the machine does meets all of them.
@@ -21,7 +21,7 @@ BIN = pathlib.Path(__file__).resolve().parent.parent.parent / "build/bench/bin"
 LIBRARIES = {"lumen_deck": "wall_bench", "libmpv": "mpv_wall", "GStreamer": "gstreamer_wall"}
 BUSY_PROCESSES = {"idle": 0, "loaded": 9}
 FRAMES_PER_SECOND = 25
-WALL = {1: (704, 576), 4: (704, 576), 9: (704, 576), 16: (704, 576), 64: (704, 576)}
+WALL = (704, 576)
 FIGURES = ("cpuPerFrame", "shownShare", "threads", "memory", "start", "hiddenShare")
 COLUMNS = ("load", "windows", "library", "round", *FIGURES)
 
@@ -41,7 +41,7 @@ def busy(processes):
 def measured(library, windows, seconds):
     """The figures of one run; None where the library does not come to an end with that many windows."""
     command = [BIN / LIBRARIES[library], "--windows", windows, "--fps", FRAMES_PER_SECOND, "--seconds", seconds,
-               "--width", WALL[windows][0], "--height", WALL[windows][1]]
+               "--width", WALL[0], "--height", WALL[1]]
     try:
         run = subprocess.run([str(word) for word in command], capture_output=True, text=True, timeout=300)
         return json.loads(run.stdout.splitlines()[-1])
@@ -81,8 +81,8 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--windows", type=lambda text: [int(word) for word in text.split(",")], default=[1, 4, 9, 16, 64])
-    parser.add_argument("--rounds", type=int, default=3)
-    parser.add_argument("--seconds", type=float, default=8)
+    parser.add_argument("--rounds", type=int, default=2)
+    parser.add_argument("--seconds", type=float, default=4)
     arguments = parser.parse_args()
     arguments.folder.mkdir(parents=True, exist_ok=True)
     rows = []
