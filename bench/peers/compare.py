@@ -20,7 +20,7 @@ import sys
 BIN = pathlib.Path(__file__).resolve().parent.parent.parent / "build/bench/bin"
 LIBRARIES = {"lumen_deck": "wall_bench", "libmpv": "mpv_wall", "GStreamer": "gstreamer_wall"}
 BUSY_PROCESSES = {"idle": 0, "loaded": 9}
-FRAMES_PER_SECOND = 25
+FRAMES_PER_SECOND = {1: 25, 4: 25, 9: 25, 16: 25, 64: 5}  # by windows: what two cores can decode
 WALL = (704, 576)
 FIGURES = ("cpuPerFrame", "shownShare", "threads", "memory", "start", "hiddenShare")
 COLUMNS = ("load", "windows", "library", "round", *FIGURES)
@@ -40,7 +40,7 @@ def busy(processes):
 
 def measured(library, windows, seconds):
     """The figures of one run; None where the library does not come to an end with that many windows."""
-    command = [BIN / LIBRARIES[library], "--windows", windows, "--fps", FRAMES_PER_SECOND, "--seconds", seconds,
+    command = [BIN / LIBRARIES[library], "--windows", windows, "--fps", FRAMES_PER_SECOND[windows], "--seconds", seconds,
                "--width", WALL[0], "--height", WALL[1]]
     try:
         run = subprocess.run([str(word) for word in command], capture_output=True, text=True, timeout=300)

@@ -126,6 +126,7 @@ int FormatReader::openInput()
         options.set("allowed_media_types", "video+audio");
         options.set("buffer_size", "1048576");
         options.set("fpsprobesize", "0");
+        options.set("max_ts_probe", "1"); // a decoding time stamp would be known after seven pictures only
     }
     if (setup_.address.scheme == Scheme::Http && !setup_.credential.header.empty())
         options.set("headers", setup_.credential.header + "\r\n");
