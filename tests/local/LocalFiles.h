@@ -16,23 +16,8 @@
 
 namespace local_test {
 
-using documents::json;
-using documents::object;
-
+using namespace documents;
 using Operation = QJsonDocument* (*)(const QJsonDocument*);
-
-const QJsonObject kNull{{"null", true}};
-
-inline QJsonObject objectOf(QJsonDocument* answer)
-{
-    return answer ? std::unique_ptr<QJsonDocument>(answer)->object() : kNull;
-}
-
-inline QJsonObject call(Operation operation, const QByteArray& request = "{}")
-{
-    const QJsonDocument document = json(request);
-    return objectOf(operation(&document));
-}
 
 // A root folder of its own for each test: PWD points there.
 class RootFolder : public ::testing::Test
@@ -49,11 +34,6 @@ protected:
     QString configPath() const { return root() + "/.HarborKit/local.json"; }
     QByteArray configBytes() const { return bytesOf(configPath()); }
 
-    static QByteArray bytesOf(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     static void writeBytes(const QString& path, const QByteArray& bytes)
     {
         QFile file(path);
