@@ -5,20 +5,9 @@
 #include "tests/support/Engine.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <stdexcept>
-#include <utility>
 #include <vector>
 
 namespace record_test {
-
-// Runs the ffmpeg tool; `arguments` ends with the file that it makes.
-inline void makeClip(const std::string& arguments)
-{
-    if (std::system(("ffmpeg -nostdin -v error -y " + arguments).c_str()) != 0)
-        throw std::runtime_error("ffmpeg " + arguments);
-}
 
 struct Packet
 {
