@@ -46,13 +46,11 @@ TEST(SnapshotTest, anyPictureIsSavedAsItIsShown)
     for (const auto& picture : pictures) {
         SCOPED_TRACE(picture.arguments);
         engine_test::makeClip("-f lavfi -i " + picture.arguments + " -frames:v 1 " + source);
-        const FramePtr shown = Clip(source).firstPicture();
-        ASSERT_TRUE(shown);
+        const FramePtr shown = std::move(Clip(source).frames(AVMEDIA_TYPE_VIDEO).at(0));
         for (const auto& [kind, name, least] : {std::tuple(PictureFile::Jpeg, folder / "shot.jpg", 37),
                                                 std::tuple(PictureFile::Bmp, folder / "shot.bmp", 44)}) {
             EXPECT_EQ(saveSnapshot(*shown, kind, name), Failure::None);
-            const FramePtr saved = Clip(name).firstPicture();
-            ASSERT_TRUE(saved) << name;
+            const FramePtr saved = std::move(Clip(name).frames(AVMEDIA_TYPE_VIDEO).at(0));
             ASSERT_EQ(std::pair(saved->width, saved->height), std::pair(shown->width, shown->height));
             EXPECT_GT(psnr(toRgb(*saved, AVCOL_SPC_SMPTE170M), toRgb(*shown, picture.space)), least) << name;
         }
