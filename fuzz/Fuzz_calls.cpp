@@ -1,6 +1,6 @@
 // Calls and the mouse in turns on a wall with a stream. A line that begins with a letter is a function's name and its
-// document, "LD_Pause {...}"; any other is mouse events of four bytes on the selected window: what happens, where across,
-// where down, which buttons.
+// document, "LD_Pause {...}"; any other is mouse events of four bytes on the selected window, or the first: what happens,
+// where across, where down, which buttons.
 
 #include "fuzz/FuzzWall.h"
 #include "src/LayoutDetail.h"
@@ -51,9 +51,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     while (input) {
         const std::string line = input.takeUntil('\n');
         const quillmark::lumen_deck::Layout layout(wall.widget());
+        auto* const selected = layout.getSelectedPlayWindow();
         if (!line.empty() && std::isalpha(static_cast<unsigned char>(line[0])) != 0)
             runCall(wall, line);
-        else if (QWidget* const window = layout.getSelectedPlayWindow())
+        else if (QWidget* const window = selected ? selected : layout.getPlayWindow(0))
             moveMouse(*window, {reinterpret_cast<const std::uint8_t*>(line.data()), line.size()});
         wall.runEvents();
     }

@@ -23,12 +23,8 @@ using Operation = QJsonDocument* (*)(const QJsonDocument*);
 class RootFolder : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        before_ = qgetenv("PWD");
-        qputenv("PWD", folder_.path().toLocal8Bit());
-    }
-    void TearDown() override { qputenv("PWD", before_); }
+    RootFolder() { qputenv("PWD", folder_.path().toLocal8Bit()); }
+    ~RootFolder() override { qputenv("PWD", before_); }
 
     QString root() const { return folder_.path(); }
     QString configPath() const { return root() + "/.HarborKit/local.json"; }
@@ -42,8 +38,8 @@ protected:
     }
 
 private:
-    QTemporaryDir folder_;
-    QByteArray before_;
+    const QByteArray before_ = qgetenv("PWD");
+    const QTemporaryDir folder_;
 };
 
 // Does `act` with the file dialog that the code under test shows while it lives; the dialogs are Qt's own.

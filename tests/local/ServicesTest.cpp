@@ -40,9 +40,8 @@ void expect(std::initializer_list<Step> steps)
 class ServicesTest : public RootFolder
 {
 protected:
-    void SetUp() override
+    ServicesTest()
     {
-        RootFolder::SetUp();
         LD_StopAsynUpload(nullptr);
         LD_StopUpgrade(nullptr);
         engine_double::reset();
