@@ -1,19 +1,27 @@
 #pragma once
 
-#include "include/lumen_deck/lumen_deck.h"
+#include "fuzz/Input.h"
 #include "tests/double/EngineDouble.h"
 #include "tests/support/Functions.h"
 
-#include <QApplication>
-#include <QJsonDocument>
-#include <QWidget>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
 
-#include <functional>
-#include <string>
+// Once, before the first wall.
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    static const QTemporaryDir root; // of all files that the library writes
+    qputenv("PWD", root.path().toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QLoggingCategory::setFilterRules("*.debug=false\n*.info=false\n*.warning=false");
+    static QApplication application(*argc, *argv);
+    static const functions::Nobody nobody;
+    return 0;
+}
 
-// A wall on the engine double, without a display. Built anew for every input, so that each stands by itself.
 namespace fuzz {
 
+// A wall on the engine double, without a display. Built anew for every input, so that each stands by itself.
 class FuzzWall
 {
 public:

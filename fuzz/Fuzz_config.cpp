@@ -1,17 +1,14 @@
 // The file local.json as somebody has left it, up to a zero byte, and a request to change it.
 
 #include "fuzz/FuzzWall.h"
-#include "fuzz/Input.h"
 
 #include <QDir>
-#include <QFile>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     fuzz::Input input(data, size);
-    const QString folder = QString::fromLocal8Bit(qgetenv("PWD")) + "/.HarborKit";
-    QDir().mkpath(folder);
-    QFile file(folder + "/local.json");
+    QDir(qgetenv("PWD")).mkpath(".HarborKit");
+    QFile file(QString(qgetenv("PWD")) + "/.HarborKit/local.json");
     if (!file.open(QIODevice::WriteOnly))
         return 0;
     file.write(QByteArray::fromStdString(input.takeUntil('\0')));

@@ -6,11 +6,8 @@
 
 #include <X11/Xlib.h>
 
-#include <array>
-#include <cstdlib>
 #include <deque>
-#include <functional>
-#include <type_traits>
+#include <tuple>
 #include <unistd.h>
 #include <vector>
 
@@ -25,10 +22,7 @@ std::vector<int> g_ids;     // that calls of this input have answered
 std::deque<std::string> g_texts;
 std::deque<std::vector<char>> g_records;
 
-void drawNothing(int /*playId*/, void* /*drawContext*/, void* /*user*/) {}
-void drawNoView(void* /*user*/, unsigned, unsigned, void* /*drawContext*/, unsigned, unsigned) {}
-void hearNothing(int /*playId*/, TP_ADDITION_DATA_INFO* /*info*/, void* /*user*/) {}
-void hearNoFish(int, int, void* /*data*/, unsigned /*length*/) {}
+template <class... Arguments> void doNothing(Arguments...) {}
 
 // An id of this input, a small number or any.
 long long takeNumber(Input& input)
@@ -65,14 +59,8 @@ template <class Argument> Argument take(Input& input)
 {
     if constexpr (std::is_same_v<Argument, const char*>)
         return takeText(input);
-    else if constexpr (std::is_same_v<Argument, TP_DrawFun>)
-        return input.take<bool>() ? drawNothing : nullptr;
-    else if constexpr (std::is_same_v<Argument, TP_FECDrawFun>)
-        return input.take<bool>() ? drawNoView : nullptr;
-    else if constexpr (std::is_same_v<Argument, TP_AdditionFun>)
-        return input.take<bool>() ? hearNothing : nullptr;
-    else if constexpr (std::is_same_v<Argument, TP_FishMsgFun>)
-        return input.take<bool>() ? hearNoFish : nullptr;
+    else if constexpr (std::is_function_v<std::remove_pointer_t<Argument>>)
+        return input.take<bool>() ? static_cast<Argument>(doNothing) : nullptr;
     else if constexpr (std::is_same_v<Argument, TP_WId>)
         return input.take<std::uint8_t>() < 200 ? g_window : static_cast<TP_WId>(takeNumber(input));
     else if constexpr (std::is_pointer_v<Argument>)

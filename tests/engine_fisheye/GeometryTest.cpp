@@ -13,11 +13,7 @@ constexpr double kPixel = 1.0 / 704;
 
 ViewParam at(double x, double y, float z = kWidestZoom)
 {
-    ViewParam param;
-    param.x = static_cast<float>(x);
-    param.y = static_cast<float>(y);
-    param.z = z;
-    return param;
+    return {static_cast<float>(x), static_cast<float>(y), z};
 }
 
 ViewGeometry viewAt(PlaceType place, Point position, float z = kWidestZoom)

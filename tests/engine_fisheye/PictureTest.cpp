@@ -13,10 +13,10 @@ constexpr int kHeight = 576;
 constexpr Colour kBlack{0, 0, 0};
 
 // Each pixel tells where it is: red across, green down.
-FramePtr coordinates()
+FramePtr coordinates(const std::function<int(int)>& told)
 {
     return makeFrame(kSide, kSide, AV_PIX_FMT_RGB24,
-                     [](int plane, int x, int y) { return plane == 2 ? 0 : (plane == 0 ? x : y) * 255 / (kSide - 1); });
+                     [&](int plane, int x, int y) { return plane == 2 ? 0 : told(plane == 0 ? x : y); });
 }
 
 // So steep that a place is told to two pixels.
@@ -27,12 +27,7 @@ int wave(double at)
 
 ViewParam paramAt(Point position, float z = kWidestZoom)
 {
-    ViewParam param;
-    param.x = static_cast<float>(position.x);
-    param.y = static_cast<float>(position.y);
-    param.z = z;
-    param.colour = {0, 0, 255, 255};
-    return param;
+    return {static_cast<float>(position.x), static_cast<float>(position.y), z, 0, {0, 0, 255, 255}};
 }
 
 class FisheyePictureTest : public ::testing::Test
@@ -114,7 +109,7 @@ TEST_F(FisheyePictureTest, ABoxOutlinesWhatItsViewShows)
     const Window strip = show(3, CorrectType::Unrolled, PlaceType::Ceiling, {0.5, 0.5}, kWidestZoom, 600, 300);
     const Window view = show(2, CorrectType::View, PlaceType::Ceiling, {0.62, 0.36}, 0.1F);
     views_->setDrawType(DrawType::Wide);
-    put(coordinates());
+    put(coordinates([](int at) { return at * 255 / (kSide - 1); }));
     waitForPicture(3), waitForPicture(2), waitForPicture(1);
     const auto box = screen_.read(whole, 0, 0, side, side);
     const auto nearest = [&](Point at) {
@@ -155,8 +150,7 @@ TEST_F(FisheyePictureTest, ABoxOutlinesWhatItsViewShows)
 // A sample of each projection through the driver, compared with the arithmetic: red and green tell the place.
 TEST_F(FisheyePictureTest, TheShadersAgreeWithTheArithmetic)
 {
-    put(makeFrame(kSide, kSide, AV_PIX_FMT_RGB24,
-                  [](int plane, int x, int y) { return plane == 2 ? 0 : wave(plane == 0 ? x : y); }));
+    put(coordinates(wave));
     int id = 0;
     const auto compare = [&](Window window, const Warp& warp, int what) {
         for (const Point at :

@@ -43,14 +43,12 @@ public:
 
     Window window(int width, int height, Window parent = 0, int x = 0, int y = 0)
     {
-        if (parent == 0)
-            parent = DefaultRootWindow(display_);
-        XSetWindowAttributes attributes{};
-        attributes.background_pixel = kBackground;
-        attributes.override_redirect = True;
         const Window made =
-            XCreateWindow(display_, parent, x, y, static_cast<unsigned>(width), static_cast<unsigned>(height), 0,
-                          CopyFromParent, InputOutput, nullptr, CWBackPixel | CWOverrideRedirect, &attributes);
+            XCreateSimpleWindow(display_, parent ? parent : DefaultRootWindow(display_), x, y,
+                                static_cast<unsigned>(width), static_cast<unsigned>(height), 0, 0, kBackground);
+        XSetWindowAttributes attributes{};
+        attributes.override_redirect = True;
+        XChangeWindowAttributes(display_, made, CWOverrideRedirect, &attributes);
         map(made);
         return made;
     }

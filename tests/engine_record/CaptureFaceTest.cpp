@@ -2,8 +2,6 @@
 
 #include <QDateTime>
 
-#include <atomic>
-
 namespace {
 
 using engine_test::eventually;
@@ -49,21 +47,6 @@ TEST_F(CaptureFace, aStreamIsRecordedInPartsAndSavedAsAPicture)
     EXPECT_GT(Clip(folder_ / "third.mp4").decodable(AVMEDIA_TYPE_VIDEO), 0);
 }
 
-TEST_F(CaptureFace, theDiskEndsARecordingByAMessage)
-{
-    static std::atomic<int> messages{0};
-    TP_SetMessageHandler([](int, unsigned message, void*) { messages += message == TP_MESSAGE_RECORD_FAILED; },
-                         nullptr);
-    const int id = play("test:pattern?size=128x96&rate=25&gop=5");
-    std::filesystem::create_directory(folder_ / "gone");
-    EXPECT_EQ(TP_StartSave(id, (folder_ / "gone/a.mp4").c_str(), 2), 0);
-    std::filesystem::remove_all(folder_ / "gone");
-    EXPECT_TRUE(eventually([] { return messages == 1; }));
-    EXPECT_EQ(TP_SwitchFile(id, (folder_ / "b.mp4").c_str()), -1);
-    EXPECT_EQ(TP_StopSave(id), 0);
-    EXPECT_EQ(TP_Stop(id), 0);
-}
-
 TEST_F(CaptureFace, theTimeOnScreenIsLocal)
 {
     const auto secondsOf = [this](const std::string& url) {
@@ -78,7 +61,7 @@ TEST_F(CaptureFace, theTimeOnScreenIsLocal)
     EXPECT_NEAR(secondsOf("test:pattern?size=64x64"), static_cast<double>(QDateTime::currentSecsSinceEpoch()), 2);
 
     const std::string clip = folder_ / "clip.mp4";
-    record_test::makeClip("-f lavfi -i testsrc=s=64x64:d=60 -g 25 -metadata creation_time=2021-03-04T05:06:00Z " +
+    engine_test::makeClip("-f lavfi -i testsrc=s=64x64:d=60 -g 25 -metadata creation_time=2021-03-04T05:06:00Z " +
                           clip);
     EXPECT_NEAR(secondsOf(clip), 1614834360, 3);
 }

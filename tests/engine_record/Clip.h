@@ -5,20 +5,9 @@
 #include "tests/support/Engine.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <stdexcept>
-#include <utility>
 #include <vector>
 
 namespace record_test {
-
-// Runs the ffmpeg tool; `arguments` ends with the file that it makes.
-inline void makeClip(const std::string& arguments)
-{
-    if (std::system(("ffmpeg -nostdin -v error -y " + arguments).c_str()) != 0)
-        throw std::runtime_error("ffmpeg " + arguments);
-}
 
 struct Packet
 {
@@ -66,22 +55,32 @@ public:
 
     double duration() const { return demuxer_ ? static_cast<double>(demuxer_->duration) / AV_TIME_BASE : 0; }
 
-    int decodable(AVMediaType type) const // how many frames come out of the decoder without an error
+    // What comes out of the decoder without an error.
+    std::vector<tide::FramePtr> frames(AVMediaType type) const
     {
-        int frames = 0;
-        decode(type, [&](const AVFrame& frame) { frames += frame.decode_error_flags == 0; });
-        return frames;
+        std::vector<tide::FramePtr> found;
+        const int stream = streamOf(type);
+        if (stream < 0)
+            return found;
+        const AVCodec* codec = avcodec_find_decoder(parameters(type)->codec_id);
+        const tide::CodecPtr decoder(avcodec_alloc_context3(codec));
+        avcodec_parameters_to_context(decoder.get(), parameters(type));
+        avcodec_open2(decoder.get(), codec, nullptr);
+        const auto decode = [&](const AVPacket* packet) {
+            avcodec_send_packet(decoder.get(), packet);
+            for (tide::FramePtr frame(av_frame_alloc()); avcodec_receive_frame(decoder.get(), frame.get()) >= 0;) {
+                if (frame->decode_error_flags == 0)
+                    found.push_back(std::exchange(frame, tide::FramePtr(av_frame_alloc())));
+            }
+        };
+        for (const auto& packet : packets_) {
+            if (packet->stream_index == stream)
+                decode(packet.get());
+        }
+        decode(nullptr);
+        return found;
     }
-
-    tide::FramePtr firstPicture() const
-    {
-        tide::FramePtr first;
-        decode(AVMEDIA_TYPE_VIDEO, [&](const AVFrame& frame) {
-            if (!first)
-                first.reset(av_frame_clone(&frame));
-        });
-        return first;
-    }
+    int decodable(AVMediaType type) const { return static_cast<int>(frames(type).size()); }
 
     // Does what a stream does for its sinks, for the packets from `first` on, as many as `count`.
     void announce(tide::PacketSink& sink) const
@@ -107,28 +106,6 @@ private:
     int streamOf(AVMediaType type) const
     {
         return demuxer_ ? av_find_best_stream(demuxer_.get(), type, -1, -1, nullptr, 0) : -1;
-    }
-
-    template <class Take> void decode(AVMediaType type, Take take) const
-    {
-        const int stream = streamOf(type);
-        if (stream < 0)
-            return;
-        const AVCodec* codec = avcodec_find_decoder(parameters(type)->codec_id);
-        const tide::CodecPtr decoder(avcodec_alloc_context3(codec));
-        avcodec_parameters_to_context(decoder.get(), parameters(type));
-        avcodec_open2(decoder.get(), codec, nullptr);
-        const tide::FramePtr frame(av_frame_alloc());
-        const auto decodeOne = [&](const AVPacket* packet) {
-            avcodec_send_packet(decoder.get(), packet);
-            while (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
-                take(*frame);
-        };
-        for (const auto& packet : packets_) {
-            if (packet->stream_index == stream)
-                decodeOne(packet.get());
-        }
-        decodeOne(nullptr);
     }
 
     tide::DemuxerPtr demuxer_;

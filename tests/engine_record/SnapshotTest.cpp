@@ -2,10 +2,8 @@
 #include "engine/core/PixelColours.h"
 #include "tests/engine_record/Clip.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <tuple>
+#include <numeric>
 
 namespace tide {
 namespace {
@@ -28,9 +26,8 @@ std::vector<std::uint8_t> toRgb(const AVFrame& frame, AVColorSpace space)
 
 double psnr(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b)
 {
-    double squares = 0;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        squares += std::pow(a[i] - b[i], 2);
+    const double squares = std::inner_product(a.begin(), a.end(), b.begin(), 0.0, std::plus<>(),
+                                              [](int x, int y) { return (x - y) * (x - y); });
     return 10 * std::log10(255.0 * 255.0 * static_cast<double>(a.size()) / std::max(squares, 1.0));
 }
 
@@ -48,14 +45,12 @@ TEST(SnapshotTest, anyPictureIsSavedAsItIsShown)
     const std::string source = folder / "source.mkv";
     for (const auto& picture : pictures) {
         SCOPED_TRACE(picture.arguments);
-        record_test::makeClip("-f lavfi -i " + picture.arguments + " -frames:v 1 " + source);
-        const FramePtr shown = Clip(source).firstPicture();
-        ASSERT_TRUE(shown);
+        engine_test::makeClip("-f lavfi -i " + picture.arguments + " -frames:v 1 " + source);
+        const FramePtr shown = std::move(Clip(source).frames(AVMEDIA_TYPE_VIDEO).at(0));
         for (const auto& [kind, name, least] : {std::tuple(PictureFile::Jpeg, folder / "shot.jpg", 37),
                                                 std::tuple(PictureFile::Bmp, folder / "shot.bmp", 44)}) {
             EXPECT_EQ(saveSnapshot(*shown, kind, name), Failure::None);
-            const FramePtr saved = Clip(name).firstPicture();
-            ASSERT_TRUE(saved) << name;
+            const FramePtr saved = std::move(Clip(name).frames(AVMEDIA_TYPE_VIDEO).at(0));
             ASSERT_EQ(std::pair(saved->width, saved->height), std::pair(shown->width, shown->height));
             EXPECT_GT(psnr(toRgb(*saved, AVCOL_SPC_SMPTE170M), toRgb(*shown, picture.space)), least) << name;
         }

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <tuple>
-#include <utility>
 
 namespace tide {
 namespace {

@@ -1,5 +1,4 @@
 #include "tests/engine_stream/StreamTestKit.h"
-#include "tests/support/HttpServer.h"
 
 #include <atomic>
 
@@ -101,8 +100,7 @@ TEST(HttpTest, FileWithoutRangesIsPacedAndGoesOnWhereTheLineWasCut)
     http_test::HttpServer server;
     std::atomic<int> asked{0};
     server.on("/film.ts", [&](const auto&) {
-        http_test::Response response;
-        response.body = film;
+        http_test::Response response{200, film};
         if (asked++ == 0)
             response.cutAfter = film.size() / 2;
         return response;

@@ -1,10 +1,9 @@
 #include "tests/engine_stream/StreamTestKit.h"
 
-#include <algorithm>
 #include <atomic>
+#include <list>
 #include <map>
 #include <sys/stat.h>
-#include <thread>
 
 namespace tide {
 namespace {
@@ -14,11 +13,7 @@ using namespace std::chrono_literals;
 StreamOptions with(const std::string& url, const std::string& start, const std::string& stop,
                    Direction direction = Direction::Forward)
 {
-    StreamOptions options = optionsFor(url);
-    options.startTime = start;
-    options.stopTime = stop;
-    options.direction = direction;
-    return options;
+    return {url, "", 0, 0, start, stop, 0, {}, direction, 6};
 }
 
 int numberOf(const Picture& picture)
@@ -84,10 +79,8 @@ TEST(PlayTest, BackwardShowsEveryGroupFromItsEnd)
 
 TEST(PlayTest, WhatCannotRunBackwardSaysSo)
 {
-    Viewer live(with("test:pattern", "", "", Direction::Backward));
-    EXPECT_TRUE(live.waitFor(TP_MESSAGE_NOT_REVERSIBLE));
-    Viewer bare(with(clip("raw.h264", "-i " + h264Clip() + " -c copy -an"), "", "", Direction::Backward));
-    EXPECT_TRUE(bare.waitFor(TP_MESSAGE_NOT_REVERSIBLE));
+    for (const std::string& url : {std::string("test:pattern"), clip("raw.h264", "-i " + h264Clip() + " -c copy -an")})
+        EXPECT_TRUE(Viewer(with(url, "", "", Direction::Backward)).waitFor(TP_MESSAGE_NOT_REVERSIBLE)) << url;
 }
 
 TEST(PlayTest, PauseStepSpeed)
@@ -148,24 +141,27 @@ TEST(PlayTest, SourcesThatAreNoFilmFailAtOnce)
     }
 }
 
-TEST(PlayTest, DamagedFilePlaysWhatItCan)
+TEST(PlayTest, OddFilesPlayWhatTheyCanInTheirTime)
 {
-    std::string bytes = clipBytes("whole.ts", "-i " + h264Clip() + " -c copy");
-    for (std::size_t i = bytes.size() / 3; i < bytes.size() / 2; i += 50)
-        bytes[i] = static_cast<char>(i * 37);
-    Viewer viewer(folder().write("broken.ts", bytes.substr(0, bytes.size() * 9 / 10)));
-    EXPECT_GT(viewer.takeAll().size(), 30U);
-}
-
-TEST(PlayTest, TimeStampsMayJumpOrBeMissing)
-{
+    std::string broken = clipBytes("whole.ts", "-i " + h264Clip() + " -c copy");
+    for (std::size_t i = broken.size() / 3; i < broken.size() / 2; i += 50)
+        broken[i] = static_cast<char>(i * 37);
     const std::string part = clipBytes("part.ts", "-i " + h264Clip() + " -c copy -t 1");
-    Viewer jumping(folder().write("twice.ts", part + part));
-    const TimePoint start = Clock::now();
-    EXPECT_GT(jumping.takeAll().size(), 40U); // both parts
-    EXPECT_LT(Clock::now() - start, 4s);
-    Viewer bare(clip("raw.h264", "-i " + h264Clip() + " -c copy -an"));
-    EXPECT_GT(bare.takeAll().size(), 60U);
+    const struct
+    {
+        std::string file;
+        std::size_t leastPictures;
+        Microseconds least, most;
+    } rows[] = {{folder().write("broken.ts", broken.substr(0, broken.size() * 9 / 10)), 31, 0s, 30s},
+                {folder().write("twice.ts", part + part), 41, 0s, 4s},                // its time stamps jump
+                {clip("raw.h264", "-i " + h264Clip() + " -c copy -an"), 61, 0s, 30s}, // without time stamps
+                {clip("sound.m4a", "-f lavfi -i sine=440:duration=2 -c:a aac"), 0, 1500ms, 30s}};
+    for (const auto& row : rows) {
+        const TimePoint start = Clock::now();
+        EXPECT_GE(Viewer(row.file).takeAll().size(), row.leastPictures) << row.file;
+        const auto time = Clock::now() - start;
+        EXPECT_TRUE(time >= row.least && time < row.most) << row.file;
+    }
 }
 
 TEST(PlayTest, SizeChangesInMidStream)
@@ -179,14 +175,6 @@ TEST(PlayTest, SizeChangesInMidStream)
     EXPECT_EQ(viewer.stream().pictureSize()->width, 320);
     EXPECT_TRUE(viewer.waitFor(TP_MESSAGE_SIZE_CHANGED));
     EXPECT_EQ(viewer.stream().pictureSize()->width, 640);
-}
-
-TEST(PlayTest, SoundAloneIsPaced)
-{
-    Viewer viewer(clip("sound.m4a", "-f lavfi -i sine=440:duration=2 -c:a aac"));
-    const TimePoint start = Clock::now();
-    viewer.takeAll();
-    EXPECT_GT(Clock::now() - start, 1500ms);
 }
 
 // A film whose sound lies behind the pictures that it belongs to, as broadcast recordings have it.
@@ -252,7 +240,7 @@ TEST(PlayTest, WhatNobodyWatchesIsNotDecodedAndIsBackAtOnce)
         viewer.stream().setWatched(false);
         viewer.takeFor(1500);
         const int packets = recorder->packets;
-        EXPECT_LE(viewer.takeFor(2000).size(), 2U); // key pictures
+        EXPECT_LE(viewer.takeFor(2000).size(), 2U);        // key pictures
         EXPECT_NEAR(recorder->packets - packets, 150, 60); // pictures and sound; people counts are not recorded
         EXPECT_EQ(testNumber(*viewer.stream().current()->frame), 50); // what a snapshot shows
         viewer.stream().setWatched(true);
@@ -321,12 +309,11 @@ TEST(PlayTest, PeopleCountsComeUntilTheFunctionIsTakenOff)
 TEST(PlayTest, ManyStreamsStopAtAnyMoment)
 {
     for (int round = 0; round < 15; ++round) {
-        std::vector<std::unique_ptr<Viewer>> viewers;
-        for (const char* url :
-             {"test:pattern?size=160x120", "rtsp://127.0.0.1:9/none", "http://127.0.0.1:9/none", "/missing"})
-            viewers.push_back(std::make_unique<Viewer>(url));
-        viewers.push_back(std::make_unique<Viewer>(h264Clip()));
-        viewers.push_back(std::make_unique<Viewer>(with(h264Clip(), "", "", Direction::Backward)));
+        std::list<Viewer> viewers;
+        for (const std::string& url : {std::string("test:pattern?size=160x120"), std::string("/missing"), h264Clip(),
+                                       std::string("rtsp://127.0.0.1:9/none"), std::string("http://127.0.0.1:9/none")})
+            viewers.emplace_back(url);
+        viewers.emplace_back(with(h264Clip(), "", "", Direction::Backward));
         std::this_thread::sleep_for(std::chrono::milliseconds(round * 7));
         const TimePoint start = Clock::now();
         viewers.clear();

@@ -9,14 +9,7 @@
 #include <QProcess>
 #include <QUrl>
 
-#include <algorithm>
-#include <condition_variable>
 #include <csignal>
-#include <functional>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <vector>
 
 namespace tide {
 
@@ -29,9 +22,9 @@ inline const engine_test::Folder& folder()
 // A clip in the folder, made once by the ffmpeg tool. `arguments` stand before the file name.
 inline std::string clip(const std::string& name, const std::string& arguments)
 {
-    const std::string path = folder() / name;
-    const std::string command = "ffmpeg -nostdin -v error -y " + arguments + " " + path;
-    EXPECT_TRUE(std::filesystem::exists(path) || std::system(command.c_str()) == 0) << arguments;
+    std::string path = folder() / name;
+    if (!std::filesystem::exists(path))
+        engine_test::makeClip(arguments + " " + path);
     return path;
 }
 
@@ -49,22 +42,16 @@ inline std::string h264Clip() // 3 s, 25 pictures a second, B pictures, groups o
 
 inline StreamOptions optionsFor(const std::string& url, const std::string& auth = "", int protocol = 0)
 {
-    StreamOptions options;
-    options.url = url;
-    options.auth = auth;
-    options.protocol = protocol;
-    return options;
+    return {url, auth, protocol, 0, "", "", 0, {}, Direction::Forward, 6};
 }
 
 // The number that a test pattern has burnt in.
 inline int testNumber(const AVFrame& frame)
 {
     int number = 0;
-    for (int i = 0; i < 24; ++i) {
-        const int x = frame.width * (2 * i + 1) / 48;
-        const int y = frame.height / 24;
-        number = number * 2 + (frame.data[0][y * frame.linesize[0] + x] > 128 ? 1 : 0);
-    }
+    const std::uint8_t* const line = frame.data[0] + frame.height / 24 * frame.linesize[0];
+    for (int i = 0; i < 24; ++i)
+        number = number * 2 + (line[frame.width * (2 * i + 1) / 48] > 128 ? 1 : 0);
     return number;
 }
 
@@ -83,8 +70,7 @@ public:
         quietFfmpeg();
         notifier_.setHandler(&Viewer::onMessage, this);
         notifier_.open(7);
-        const auto wake = [this] { happened([] {}); };
-        stream_ = std::make_unique<Stream>(7, std::move(options), StreamLinks{&notifier_, std::move(voice), wake});
+        stream_ = std::make_unique<Stream>(7, std::move(options), StreamLinks{&notifier_, std::move(voice), [] {}});
         stream_->start();
     }
     ~Viewer()
@@ -107,18 +93,15 @@ public:
     }
     Pictures takeAll() // until the stream has ended
     {
-        Pictures pictures;
-        EXPECT_TRUE(waitFor(TP_MESSAGE_ENDED, 30000, &pictures));
+        bool hasEnded = false;
+        Pictures pictures = look([&](const Pictures&) { return hasEnded = forget(TP_MESSAGE_ENDED); }, 30000);
+        EXPECT_TRUE(hasEnded);
         return pictures;
     }
-
-    // Looks on meanwhile. The message and those before it are done with.
-    bool waitFor(TP_Message what, int milliseconds = 8000, Pictures* seen = nullptr)
+    bool waitFor(TP_Message what, int milliseconds = 8000) // looks on; the message and those before it are done with
     {
         bool came = false;
-        Pictures pictures = look([&](const Pictures&) { return came = forget(what); }, milliseconds);
-        if (seen)
-            *seen = std::move(pictures);
+        look([&](const Pictures&) { return came = forget(what); }, milliseconds);
         return came;
     }
     std::vector<int> messages()
@@ -133,16 +116,10 @@ private:
         Pictures taken;
         const TimePoint end = Clock::now() + std::chrono::milliseconds(milliseconds);
         while (!enough(taken) && Clock::now() < end) {
-            std::unique_lock lock(mutex_);
-            const unsigned seen = events_;
-            lock.unlock();
-            if (PicturePtr picture = stream_->take(Clock::now())) {
+            if (PicturePtr picture = stream_->take(Clock::now()))
                 taken.push_back(std::move(picture));
-                continue;
-            }
-            const TimePoint due = std::min(stream_->nextDue(), end);
-            lock.lock();
-            changed_.wait_until(lock, due, [&] { return events_ != seen; });
+            else
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         return taken;
     }
@@ -157,25 +134,16 @@ private:
         return true;
     }
 
-    template <class Change> void happened(Change change)
-    {
-        std::lock_guard lock(mutex_);
-        change();
-        ++events_;
-        changed_.notify_all();
-    }
-
     static void onMessage(int, unsigned message, void* user)
     {
         auto& viewer = *static_cast<Viewer*>(user);
-        viewer.happened([&] { viewer.messages_.push_back(static_cast<int>(message)); });
+        std::lock_guard lock(viewer.mutex_);
+        viewer.messages_.push_back(static_cast<int>(message));
     }
 
     Notifier notifier_;
-    std::mutex mutex_; // guards messages_ and events_
-    std::condition_variable changed_;
+    std::mutex mutex_; // guards messages_
     std::vector<int> messages_;
-    unsigned events_ = 0;
     std::unique_ptr<Stream> stream_;
 };
 

@@ -1,14 +1,10 @@
 #include "include/tide_pipe/tide_pipe.h"
+#include "tests/support/Threads.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <algorithm>
-#include <cctype>
-#include <cstring>
 #include <optional>
 #include <string>
-#include <thread>
-#include <vector>
 
 namespace transfer_test {
 
@@ -34,9 +30,7 @@ TEST(ProtectionTest, textsComeBackUnderTheSameSecretAndType)
     for (const std::string& text : {std::string(), std::string("rtsp://камера/1"), std::string(720, 'x')}) {
         const std::string hidden = encrypt(text, 3).value();
         EXPECT_NE(hidden, encrypt(text, 3));
-        EXPECT_TRUE(std::all_of(hidden.begin(), hidden.end(), [](char c) {
-            return std::isalnum(static_cast<unsigned char>(c)) || strchr("+/=", c);
-        }));
+        EXPECT_THAT(hidden, ::testing::MatchesRegex("[A-Za-z0-9+/=]+"));
         for (const bool flag : {false, true})
             EXPECT_EQ(decrypt(hidden, 3, flag), text);
         EXPECT_FALSE(decrypt(hidden, 4));
@@ -76,18 +70,13 @@ TEST(ProtectionTest, everyTamperedTextIsRefused)
 TEST(ProtectionTest, manyThreadsProtectWhileTheSecretChanges)
 {
     TP_SetSecretKey(0, "same");
-    std::vector<std::thread> threads;
-    for (int index = 0; index < 4; ++index) {
-        threads.emplace_back([index] {
-            for (int turn = 0; turn < 3; ++turn) {
-                if (index == 0)
-                    TP_SetSecretKey(0, "same");
-                EXPECT_EQ(decrypt(encrypt("text").value()), "text");
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    onThreads(4, [](int number) {
+        for (int turn = 0; turn < 3; ++turn) {
+            if (number == 0)
+                TP_SetSecretKey(0, "same");
+            EXPECT_EQ(decrypt(encrypt("text").value()), "text");
+        }
+    });
 }
 
 } // namespace transfer_test

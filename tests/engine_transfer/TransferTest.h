@@ -3,6 +3,8 @@
 #include "tests/support/Engine.h"
 #include "tests/support/HttpServer.h"
 
+#include <gmock/gmock.h>
+
 namespace transfer_test {
 
 using namespace std::chrono_literals;
@@ -40,11 +42,16 @@ template <class Ask> Report ended(int id, Ask ask)
     return report;
 }
 
+template <class Ask> std::string textOf(Ask ask)
+{
+    std::string text(102400, 'x');
+    ask(text.data());
+    return text.c_str();
+}
+
 inline std::string httpText()
 {
-    std::string text(102400, '\0');
-    EXPECT_EQ(TP_GetHTTPErrorInfo(text.data(), static_cast<int>(text.size())), 0);
-    return text.c_str();
+    return textOf([](char* text) { EXPECT_EQ(TP_GetHTTPErrorInfo(text, 102400), 0); });
 }
 
 class TransferTest : public ::testing::Test
@@ -73,10 +80,7 @@ protected:
 // Comes in pieces, after a pause each.
 inline Response slow(const std::string& body, std::chrono::milliseconds pause, std::size_t pieceSize = 1000)
 {
-    Response response{200, body};
-    response.pause = pause;
-    response.pieceSize = pieceSize;
-    return response;
+    return {200, body, {}, {}, {}, {}, pause, pieceSize};
 }
 
 // Bytes that do not repeat, so that a piece in the wrong place shows.

@@ -23,9 +23,7 @@ protected:
 
 std::string uploadText(int id)
 {
-    std::string text(102400, 'x');
-    TP_GetUploadErrorInfo(id, text.data());
-    return text.c_str();
+    return textOf([id](char* text) { TP_GetUploadErrorInfo(id, text); });
 }
 
 TEST_F(UploadTest, sendsTheFileWithEveryLogin)
@@ -66,13 +64,11 @@ TEST_F(UploadTest, refusalsAreNamedInTheServersWords)
     std::thread([&] { other = httpText(); }).join();
     EXPECT_EQ(other, "");
 
-    char importText[102400] = "old";
-    EXPECT_EQ(TP_ImportDeviceConfig(server_.url("/no").c_str(), "", source_.c_str()), -TP_TRANSFER_REFUSED);
-    EXPECT_EQ(TP_GetIpcImportErrorInfo(importText), 0);
-    EXPECT_STREQ(importText, "wrong model");
-    EXPECT_EQ(TP_ImportDeviceConfig(server_.url("/yes").c_str(), "", source_.c_str()), 0);
-    EXPECT_EQ(TP_GetIpcImportErrorInfo(importText), 0);
-    EXPECT_STREQ(importText, "");
+    for (const auto& [page, result, words] :
+         {std::tuple("/no", -TP_TRANSFER_REFUSED, "wrong model"), std::tuple("/yes", 0, "")}) {
+        EXPECT_EQ(TP_ImportDeviceConfig(server_.url(page).c_str(), "", source_.c_str()), result);
+        EXPECT_EQ(textOf(TP_GetIpcImportErrorInfo), words);
+    }
 
     EXPECT_EQ(TP_ExportDeviceConfig(server_.url("/no").c_str(), "", (folder_ / "config").c_str()),
               -TP_TRANSFER_REFUSED);

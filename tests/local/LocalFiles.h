@@ -16,44 +16,20 @@
 
 namespace local_test {
 
-using documents::json;
-using documents::object;
-
+using namespace documents;
 using Operation = QJsonDocument* (*)(const QJsonDocument*);
-
-const QJsonObject kNull{{"null", true}};
-
-inline QJsonObject objectOf(QJsonDocument* answer)
-{
-    return answer ? std::unique_ptr<QJsonDocument>(answer)->object() : kNull;
-}
-
-inline QJsonObject call(Operation operation, const QByteArray& request = "{}")
-{
-    const QJsonDocument document = json(request);
-    return objectOf(operation(&document));
-}
 
 // A root folder of its own for each test: PWD points there.
 class RootFolder : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        before_ = qgetenv("PWD");
-        qputenv("PWD", folder_.path().toLocal8Bit());
-    }
-    void TearDown() override { qputenv("PWD", before_); }
+    RootFolder() { qputenv("PWD", folder_.path().toLocal8Bit()); }
+    ~RootFolder() override { qputenv("PWD", before_); }
 
     QString root() const { return folder_.path(); }
     QString configPath() const { return root() + "/.HarborKit/local.json"; }
     QByteArray configBytes() const { return bytesOf(configPath()); }
 
-    static QByteArray bytesOf(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     static void writeBytes(const QString& path, const QByteArray& bytes)
     {
         QFile file(path);
@@ -62,8 +38,8 @@ protected:
     }
 
 private:
-    QTemporaryDir folder_;
-    QByteArray before_;
+    const QByteArray before_ = qgetenv("PWD");
+    const QTemporaryDir folder_;
 };
 
 // Does `act` with the file dialog that the code under test shows while it lives; the dialogs are Qt's own.

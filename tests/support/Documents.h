@@ -2,6 +2,7 @@
 
 #include "src/util/Errors.h"
 
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -19,6 +20,27 @@ inline QJsonDocument json(const QByteArray& text)
 inline QJsonObject object(const QByteArray& text)
 {
     return json(text).object();
+}
+
+// What a call answered, and a call with a document.
+inline const QJsonObject kNull{{"null", true}};
+
+inline QJsonObject objectOf(QJsonDocument* answer)
+{
+    return answer ? std::unique_ptr<QJsonDocument>(answer)->object() : kNull;
+}
+
+inline QJsonObject call(QJsonDocument* (*function)(const QJsonDocument*), const QByteArray& request = "{}")
+{
+    const QJsonDocument document = json(request);
+    return objectOf(function(&document));
+}
+
+// "" where there is no such file.
+inline QByteArray bytesOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // "" for no error.

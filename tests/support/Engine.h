@@ -58,6 +58,12 @@ private:
     std::string path_;
 };
 
+// By the ffmpeg tool; `arguments` ends with the file that it makes.
+inline void makeClip(const std::string& arguments)
+{
+    EXPECT_EQ(std::system(("ffmpeg -nostdin -v error -y " + arguments).c_str()), 0) << arguments;
+}
+
 // A window on the screen for streams.
 class WindowTest : public ::testing::Test
 {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QCryptographicHash>
+#include <QRegularExpression>
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
@@ -37,21 +38,11 @@ std::string md5(const std::string& text)
     return QCryptographicHash::hash(QByteArray::fromStdString(text), QCryptographicHash::Md5).toHex().toStdString();
 }
 
-std::string base64(const std::string& text)
-{
-    return QByteArray::fromStdString(text).toBase64().toStdString();
-}
-
 // One field of an Authorization header, with or without quotes.
 std::string digestField(const std::string& header, const std::string& name)
 {
-    const size_t at = header.find(" " + name + "=");
-    if (at == std::string::npos)
-        return {};
-    size_t begin = at + name.size() + 2;
-    const bool isQuoted = header[begin] == '"';
-    begin += isQuoted ? 1 : 0;
-    return header.substr(begin, header.find_first_of(isQuoted ? "\"" : ", ", begin) - begin);
+    const QRegularExpression field(QString::fromStdString(" " + name + "=\"?([^\",]*)"));
+    return field.match(QString::fromStdString(header)).captured(1).toStdString();
 }
 
 bool isDigestRight(const Request& request, const std::string& header, const std::string& user,
@@ -271,7 +262,8 @@ std::optional<Response> HttpServer::refuse(const Request& request, const Account
     const auto header = request.headers.find("authorization");
     const std::string given = header != request.headers.end() ? header->second : "";
     const std::string realm = std::string(" realm=\"") + kRealm + "\"";
-    if (account.login == Login::Basic && given != "Basic " + base64(account.user + ":" + account.password))
+    const QByteArray credential = QByteArray::fromStdString(account.user + ":" + account.password);
+    if (account.login == Login::Basic && given != "Basic " + credential.toBase64().toStdString())
         return Response{401, "Who are you?", {{"WWW-Authenticate", "Basic" + realm}}};
     if (account.login == Login::Digest && !isDigestRight(request, given, account.user, account.password))
         return Response{
