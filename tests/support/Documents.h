@@ -2,6 +2,7 @@
 
 #include "src/util/Errors.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -21,7 +22,6 @@ inline QJsonObject object(const QByteArray& text)
     return json(text).object();
 }
 
-// "" for no error.
 template <class Error> std::string messageOf(const Error& error)
 {
     return error ? error->toJson()["errorMessage"].toString().toStdString() : "";
