@@ -143,11 +143,11 @@ TEST_F(Mouse, thePressPicksTheNearestShapeAndAmongEqualsTheTopOne)
     EXPECT_EQ(chosen[0]["id"].toInt(), 1);
     EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"choosed"})").object["clearedShapeId"].toInt(), 1);
     click({500, 210});
-    wall::take(LD_ClearGraphics(&main()));
     EXPECT_EQ(told(LD_EVENT_SHAPE_CHOSEN).size(), 1U);
+    wall::take(LD_ClearGraphics(&main()));
+    EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"Choosed"})").object["clearedShapeId"].toInt(), -1);
     click({20, 20});
     EXPECT_TRUE(told(LD_EVENT_SHAPE_CHOSEN).empty());
-    EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"Choosed"})").object["clearedShapeId"].toInt(), -1);
 }
 
 TEST_F(Mouse, aPlayingWindowReportsTheMouseWithoutFloodingTheHost)

@@ -92,7 +92,7 @@ TEST(Edit, ranksSayWhoIsMeant)
         {G::Line, line(), {0.5, 0.505}, 100},
         {G::Line, line(), {0.5, 0.515}, 10000},
         {G::Line, line(), {0.25, 0.5}, 100},
-        {G::Line, R"({"id":1,"points":[[0.5,0.5],[0.5,0.5]]})", {0.5, 0.509}, 100},
+        {G::Line, line(), {0.79, 0.5}, 10000},
         {G::Line, R"({"id":1,"points":[[0.5,0.5],[0.5,0.5]]})", {0.5, 0.9}, 10000},
         {G::Breakline, triangle(), {0.3, 0.252}, 100},
         {G::Breakline, triangle(), {0.5, 0.4}, 10000},

@@ -153,11 +153,6 @@ TEST_F(RecordingTest, endIsNoticedAtTheNextTick)
     ask(LD_Stop);
     EXPECT_THAT(tick(), ElementsAre("TP_StopSave(-1)"));
     EXPECT_THAT(timers(player()), IsEmpty());
-    play();
-    engine_double::answer("TP_StartSave", -3);
-    EXPECT_THAT(ask(LD_StartSave, R"({"wndIndex":0,"fileName":""})").message(), HasSubstr("returns -3, "));
-    EXPECT_FALSE(player()->saving());
-    EXPECT_THAT(timers(player()), IsEmpty()) << "a refused one never began";
 }
 
 TEST_F(RecordingTest, hostMayActOnTheLowDiskEvent)
