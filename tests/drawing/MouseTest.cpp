@@ -142,12 +142,14 @@ TEST_F(Mouse, thePressPicksTheNearestShapeAndAmongEqualsTheTopOne)
     ASSERT_EQ(chosen.size(), 1U);
     EXPECT_EQ(chosen[0]["id"].toInt(), 1);
     EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"choosed"})").object["clearedShapeId"].toInt(), 1);
-    click({500, 210});
-    EXPECT_EQ(told(LD_EVENT_SHAPE_CHOSEN).size(), 1U);
+    press({500, 210});
+    EXPECT_TRUE(view().current_selected_graphics_);
     wall::take(LD_ClearGraphics(&main()));
-    EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"Choosed"})").object["clearedShapeId"].toInt(), -1);
+    EXPECT_FALSE(view().current_selected_graphics_);
+    heard().clear();
     click({20, 20});
     EXPECT_TRUE(told(LD_EVENT_SHAPE_CHOSEN).empty());
+    EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"Choosed"})").object["clearedShapeId"].toInt(), -1);
 }
 
 TEST_F(Mouse, aPlayingWindowReportsTheMouseWithoutFloodingTheHost)
