@@ -24,12 +24,15 @@ std::vector<Call> calls(const std::string& name);
 
 // Scripts, in force until reset.
 void answer(const std::string& name, int result);
-void failCall(int nth);        // the nth call from now fails with -1, TP_GetLastError not counted; 0 switches it off
-void lastError(unsigned code); // what TP_GetLastError answers
+void failCall(int nth); // the nth call from now fails with -1, TP_GetLastError not counted; 0 switches it off
 void onCall(const std::string& name,
             std::function<void()> action);                       // runs first, on the caller's thread, without a lock
 void give(const std::string& name, std::vector<double> numbers); // for the function's out parameters, in their order
 void giveText(const std::string& name, std::string text);        // for the function's text buffer
+inline void lastError(unsigned code)                             // what TP_GetLastError answers
+{
+    answer("TP_GetLastError", static_cast<int>(code));
+}
 
 // What the engine's own threads do; it happens on the caller's thread.
 void emitMessage(int playId, unsigned message); // whether the id lives or not

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "src/LayoutDetail.h"
-#include "src/LayoutManager.h"
 #include "src/graphics/GraphicsView.h"
 #include "tests/support/Wall.h"
 
-#include <QJsonArray>
 #include <QPointer>
 
 namespace wall {
@@ -29,10 +26,10 @@ protected:
         main().resize(1002, 502);
         main().show();
         QApplication::processEvents();
-        window_ = quillmark::lumen_deck::Layout(&main()).getPlayWindow(QVariant(index));
+        window_ = WallTest::window(index);
     }
 
-    quillmark::lumen_deck::IPlayWindow* window() const { return window_; }
+    IPlayWindow* window() const { return window_; }
     quillmark::lumen_deck::detail::GraphicsView& view() const
     {
         return *window_->findChild<quillmark::lumen_deck::detail::GraphicsView*>();
@@ -71,7 +68,6 @@ protected:
         release(to);
     }
 
-    // Takes a tool and lets it draw.
     void take(const QByteArray& word, const QByteArray& tool)
     {
         ASSERT_TRUE(ask(LD_SetDrawStatus, R"({"enable":true})").null);
@@ -88,7 +84,7 @@ protected:
     QJsonArray points() { return shapes(LD_GetPointInfo, "pointInfo"); }
 
 private:
-    QPointer<quillmark::lumen_deck::IPlayWindow> window_;
+    QPointer<IPlayWindow> window_;
     unsigned long time_ = 0;
 };
 

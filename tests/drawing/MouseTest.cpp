@@ -16,22 +16,17 @@ std::vector<QPoint> pixelsOf(const QJsonValue& shape)
 
 using Mouse = DrawingTest;
 
-TEST_F(Mouse, aRectangleIsDrawnByADrag)
+TEST_F(Mouse, aRectangleToolKeepsToItsLimit)
 {
     take("Rect", R"({"id":7})");
     drag({100, 100}, {300, 200});
-    const auto ended = told(LD_EVENT_DRAWING_ENDED);
-    ASSERT_EQ(ended.size(), 1U);
-    EXPECT_EQ(ended[0], json(R"({"event":"drawEnd","id":7,"type":"Rect"})").object());
+    drag({500, 100}, {700, 200}); // the tool had an id of its own and is gone
+    EXPECT_THAT(told(LD_EVENT_DRAWING_ENDED),
+                testing::ElementsAre(json(R"({"event":"drawEnd","id":7,"type":"Rect"})").object()));
     ASSERT_EQ(rectangles().size(), 1);
     EXPECT_EQ(pixelsOf(rectangles()[0])[0], QPoint(100, 100));
 
-    drag({500, 100}, {700, 200}); // the tool had an id of its own and is gone
-    EXPECT_EQ(rectangles().size(), 1);
-}
-
-TEST_F(Mouse, aRectangleToolKeepsToItsLimit)
-{
+    ASSERT_TRUE(ask(LD_ClearShapeByType, R"({"type":"rect"})").null);
     take("Rect", R"({"maxShapeSupport":2})");
     drag({100, 100}, {200, 200});
     drag({110, 110}, {150, 150}); // over the first one: a new one, since there is room
@@ -147,6 +142,11 @@ TEST_F(Mouse, thePressPicksTheNearestShapeAndAmongEqualsTheTopOne)
     ASSERT_EQ(chosen.size(), 1U);
     EXPECT_EQ(chosen[0]["id"].toInt(), 1);
     EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"choosed"})").object["clearedShapeId"].toInt(), 1);
+    press({500, 210});
+    EXPECT_TRUE(view().current_selected_graphics_);
+    wall::take(LD_ClearGraphics(&main()));
+    EXPECT_FALSE(view().current_selected_graphics_);
+    heard().clear();
     click({20, 20});
     EXPECT_TRUE(told(LD_EVENT_SHAPE_CHOSEN).empty());
     EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"Choosed"})").object["clearedShapeId"].toInt(), -1);

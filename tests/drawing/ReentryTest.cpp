@@ -1,13 +1,9 @@
-#include "src/LayoutDetail.h"
 #include "tests/drawing/DrawingWall.h"
 #include "tests/support/Functions.h"
 
 #include <QElapsedTimer>
 
-#include <atomic>
-#include <functional>
-#include <map>
-#include <thread>
+#include <future>
 
 namespace {
 
@@ -17,14 +13,9 @@ using wall::DrawingTest;
 // While the main loop runs.
 void onAnotherThread(const std::function<void()>& action)
 {
-    std::atomic<bool> done{false};
-    std::thread thread([&] {
-        action();
-        done = true;
-    });
-    while (!done)
+    const auto done = std::async(std::launch::async, action);
+    while (done.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
         QApplication::processEvents(QEventLoop::AllEvents, 5);
-    thread.join();
 }
 
 class Reentry : public DrawingTest
@@ -50,7 +41,6 @@ protected:
     }
     void doubleClick() { mouse(QEvent::MouseButtonDblClick, {9, 9}, Qt::LeftButton, Qt::LeftButton); }
 
-    // What makes each event come.
     Gestures gestures()
     {
         const auto report = [] { engine_double::emitMessage(engine_double::livePlays().back(), 1); };

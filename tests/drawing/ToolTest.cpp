@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 using namespace quillmark::lumen_deck;
 using namespace documents;
 
@@ -51,23 +49,20 @@ TEST(ToolDocuments, refuseWhatTheirToolCannotDo)
 
 TEST(ToolDocuments, readEachKeyInItsOwnWay)
 {
-    const auto fill = [](const char* document) {
-        return toolOf<ToolPolygon>(parseToolPolygon(object(document)))->fillColor.isValid();
-    };
-    EXPECT_TRUE(fill(R"({"fillColor":"red"})"));
-    EXPECT_FALSE(fill(R"({"fillColor":"red","translucent":0.5})"));
+    const auto filled = parseToolPolygon(object(R"({"fillColor":"red"})"));
+    EXPECT_TRUE(toolOf<ToolPolygon>(filled)->fillColor.isValid());
+    const auto blended = parseToolPolygon(object(R"({"fillColor":"red","translucent":0.5})"));
+    EXPECT_FALSE(toolOf<ToolPolygon>(blended)->fillColor.isValid());
 
     EXPECT_EQ(toolOf<ToolPoint>(parseToolPoint({}))->id, 1);
     EXPECT_EQ(toolOf<ToolPoint>(parseToolPoint(object(R"({"type":"circle"})")))->pointType, 0);
     EXPECT_EQ(toolOf<ToolPoint>(parseToolPoint(object(R"({"type":"star"})")))->pointType, 1);
 
-    EXPECT_EQ(toolOf<ToolRectangle>(parseToolRectangle(object(R"({"widthHeightRate":0})")))->widthHeightRate, -1.0);
-    EXPECT_FALSE(toolOf<ToolRectangle>(parseToolRectangle(object(R"({"redrawMode":2})")))->redraw);
+    const auto rectangle = toolOf<ToolRectangle>(parseToolRectangle(object(R"({"widthHeightRate":0,"redrawMode":2})")));
+    EXPECT_TRUE(rectangle->widthHeightRate == -1.0 && !rectangle->redraw);
 
     const auto line = [](const char* document) { return toolOf<ToolLine>(parseToolLine(object(document))); };
     EXPECT_EQ(line(R"({"lineType":3,"direction":2})")->crossDirection, 3);
     EXPECT_EQ(line(R"({"lineType":1,"direction":1})")->sideDirection, 2);
     EXPECT_EQ(line(R"({"direction":1})")->sideDirection, 0);
 }
-
-} // namespace

@@ -1,7 +1,5 @@
 #include "tests/drawing/DrawingWall.h"
 
-namespace {
-
 using wall::DrawingTest;
 
 class Verbs : public DrawingTest
@@ -83,9 +81,19 @@ TEST_F(Verbs, aBadShapeKeepsTheOnesBeforeIt)
     EXPECT_EQ(rectangles().size(), 1);
 }
 
-TEST_F(Verbs, aShapeUnderTheIdOfTheRunningToolEndsIt)
+TEST_F(Verbs, aToolMakesRoomRestsWhileDrawingIsDisabledAndEndsWithAShapeOfItsId)
 {
+    ask(LD_SetRectInfo, R"({"rectInfo":[{"id":4,"points":[[0.1,0.1],[0.1,0.2],[0.2,0.2],[0.2,0.1]]}]})");
+    ask(LD_SetPointInfo, R"({"pointInfo":[{"id":4,"points":[0.5,0.1]}]})");
     take("Rect", R"({"id":4})");
+    EXPECT_TRUE(rectangles().isEmpty() && points().size() == 1) << "the family of a rectangle makes room";
+    ask(LD_ClearShapeById, R"({"type":"point","id":[4]})");
+    const auto tool = view().current_tool_;
+    for (int twice = 0; twice < 2; ++twice)
+        EXPECT_TRUE(ask(LD_SetDrawStatus, R"({"enable":false})").null);
+    EXPECT_TRUE(!view().current_tool_ && view().saved_tool_ == tool);
+    EXPECT_TRUE(ask(LD_SetDrawStatus, R"({"enable":true})").null);
+    EXPECT_EQ(view().current_tool_, tool);
     ask(LD_SetPolygonInfo, R"({"polygonInfo":[{"id":4,"points":[[0.5,0.5],[0.6,0.5],[0.6,0.6]]}]})");
     EXPECT_TRUE(view().current_tool_);
     ask(LD_SetRectInfo, R"({"rectInfo":[{"id":4,"points":[[0.1,0.1],[0.1,0.2],[0.2,0.2],[0.2,0.1]]}]})");
@@ -120,5 +128,3 @@ TEST_F(Verbs, withoutAWindowEachAnswersInItsOwnWay)
     EXPECT_TRUE(ask(LD_SetDrawShapeInfo, R"({"drawType":"Rect"})").null);
     EXPECT_EQ(ask(LD_ClearShapeByType, R"({"type":"choosed"})").object["clearedShapeId"].toInt(), -1);
 }
-
-} // namespace

@@ -1,8 +1,6 @@
 #include "src/graphics/ToolZoom.h"
 #include "tests/drawing/DrawingWall.h"
 
-namespace {
-
 using quillmark::lumen_deck::ToolZoom;
 
 // A picture of 1000 by 1000 pixels plays in the window.
@@ -84,5 +82,3 @@ TEST_F(Zoom, leavingGivesTheWholePictureBack)
     wheel({500, 250}, {0, 120});
     EXPECT_EQ(engine_double::calls("TP_SetDisplayRegion").size(), before + 1);
 }
-
-} // namespace

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "src/LayoutDetail.h"
-#include "src/LayoutManager.h"
 #include "src/fisheye/FisheyeWindow.h"
 #include "tests/support/Wall.h"
-
-#include <QJsonArray>
 
 namespace wall {
 
@@ -16,7 +12,6 @@ public:
     using WallTest::WithWidget;
 
 protected:
-    using IPlayWindow = quillmark::lumen_deck::IPlayWindow;
     using FisheyeWindow = quillmark::lumen_deck::FisheyeWindow;
 
     // Software correction with an arrangement that plays; the real stream is 10, the views 11, 12 and so on.
@@ -51,7 +46,6 @@ protected:
     }
     void forget() { from_ = engine_double::calls().size(); }
 
-    IPlayWindow* window(int index) { return quillmark::lumen_deck::Layout(&main()).getPlayWindow(QVariant(index)); }
     FisheyeWindow* companion(int index) { return window(index)->findChild<FisheyeWindow*>(); }
 
     void role(int index, int type, int id)
@@ -77,23 +71,6 @@ protected:
         mouse(QEvent::MouseButtonRelease, index, at, 1000, button);
     }
     void wheel(int index, int delta) { turnWheel(window(index), {1, 1}, {0, delta}); }
-
-    // The timers of an object, by their interval.
-    static std::vector<int> timers(QObject* object)
-    {
-        std::vector<int> intervals;
-        for (const auto& timer : timersOf(object))
-            intervals.push_back(timer.interval);
-        return intervals;
-    }
-    static void expire(QObject* object, int interval)
-    {
-        for (const auto& timer : timersOf(object)) {
-            if (timer.interval == interval)
-                return wall::expire(object, timer.timerId);
-        }
-        ADD_FAILURE() << "no timer of " << interval << " ms runs";
-    }
 
     static std::vector<QJsonObject> reports()
     {

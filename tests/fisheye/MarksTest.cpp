@@ -1,10 +1,7 @@
 #include "tests/fisheye/FisheyeWall.h"
 #include "tests/support/GlCanvas.h"
 
-#include <atomic>
-#include <cstring>
 #include <limits>
-#include <thread>
 
 using testing::ElementsAre;
 
@@ -149,7 +146,6 @@ TEST_F(MarksTest, drawsBoxesAndNumbersOverThePicture)
     }
 }
 
-// The engine's threads draw and report while modules, roles and walls come and go.
 TEST_F(MarksTest, modulesGoWhileTheEngineDrawsAndReports)
 {
     std::atomic<bool> over = false;

@@ -1,4 +1,3 @@
-#include "src/player/Player.h"
 #include "tests/fisheye/FisheyeWall.h"
 
 using namespace wall;

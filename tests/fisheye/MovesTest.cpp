@@ -5,8 +5,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using wall::json;
 
-namespace {
-
 // The engine says of every view that it looks at (0.4, 0.5) with zoom -0.1 and angle 0.2.
 class MovesTest : public wall::FisheyeTest
 {
@@ -17,7 +15,6 @@ protected:
         engine_double::give("TP_FEC_GetParam", {0, 0.4, 0.5, -0.1, 0.2});
     }
 
-    // The record of the last update.
     std::string update()
     {
         const auto updates = calls("TP_FEC_UpDateParam");
@@ -145,5 +142,3 @@ TEST_F(MovesTest, presetsAndTheListOfViews)
     EXPECT_EQ(ask(LD_FishEyeSetPreset, R"({"fishEyePreset":{"xPoint":0.25}})").message(),
               "setSubWindowPTZParam param error");
 }
-
-} // namespace

@@ -15,7 +15,6 @@ const std::string kNoPointMessage = "point json descriptor must contains an poin
 const std::string kChainMessage =
     "parse polygon points failed, polygon should contains points, which should be an two-dimension array";
 
-// A document of each type with all its keys.
 const std::map<G::GraphicsType, QByteArray> kFull = {
     {G::Rectangle,
      R"({"points":[[0.2,0.2],0,[0.4,0.5],0],"id":1,"editType":0,"drawColor":"blue","tipsPos":1,"translucent":1.0,
@@ -35,7 +34,6 @@ const std::map<G::GraphicsType, QByteArray> kFull = {
          "minMoveValue":8,"width":352,"height":288})"},
 };
 
-// The keys whose value may not be of every type.
 const std::map<std::pair<G::GraphicsType, std::string>, std::string> kStrict = {
     {{G::Line, "tips"}, "string"},          {{G::Line, "cutOffPositions"}, "array"}, {{G::Breakline, "tips"}, "string"},
     {{G::Polygon, "tips"}, "string"},       {{G::Point, "tips"}, "string"},          {{G::Point, "type"}, "string"},
@@ -156,20 +154,13 @@ TEST(Documents, comeBackAsTheyWereUnderstood)
 
 TEST(Documents, optionalKeysHaveTheirDefaultsAndLimits)
 {
-    const auto rectangle = [](const QByteArray& more) {
-        return make<GraphicsRectangle>(G::Rectangle, R"({"points":[[0,0],0,[1,1],0],"id":1,)" + more + "}");
-    };
-    EXPECT_FALSE(rectangle(R"("fillColor":"red","translucent":0.5)")->fillColor.isValid());
-    EXPECT_EQ(rectangle(R"("widthHeightRate":0)")->widthHeightRate, 1.0);
-    EXPECT_TRUE(rectangle(R"("editType":9)")->resizable);
-
-    const auto overlay = [](const QByteArray& more) {
-        return make<GraphicsOverlay>(G::Overlay, R"({"dateType":2,"enable":true,)" + more + "}");
-    };
-    EXPECT_EQ(overlay(R"("width":-5)")->width, 704);
-    EXPECT_EQ(overlay(R"("minMoveValue":0)")->minMoveValue, 0);
-    EXPECT_EQ(overlay(R"("timeFormat":"12HOUR")")->dateTimeFormat.hour24, 0);
-    EXPECT_EQ(overlay(R"("timeFormat":"x")")->dateTimeFormat.hour24, 1);
-    EXPECT_FALSE(make<GraphicsPoint>(G::Point, R"({"points":[0,0],"id":1,"editType":1})")->editable);
-    EXPECT_EQ(make<GraphicsPoint>(G::Point, R"({"points":[0,0],"id":1,"type":"cross"})")->pointType, 1);
+    const auto rectangle = make<GraphicsRectangle>(
+        G::Rectangle, R"({"points":[[0,0],0,[1,1],0],"id":1,"widthHeightRate":0,"editType":9})");
+    EXPECT_TRUE(rectangle->widthHeightRate == 1.0 && rectangle->resizable);
+    const auto overlay = make<GraphicsOverlay>(
+        G::Overlay, R"({"dateType":2,"enable":true,"width":-5,"minMoveValue":0,"timeFormat":"12HOUR"})");
+    EXPECT_EQ(overlay->width, 704);
+    EXPECT_TRUE(overlay->minMoveValue == 0 && overlay->dateTimeFormat.hour24 == 0);
+    const auto point = make<GraphicsPoint>(G::Point, R"({"points":[0,0],"id":1,"editType":1,"type":"cross"})");
+    EXPECT_TRUE(!point->editable && point->pointType == 1);
 }

@@ -92,6 +92,8 @@ TEST(Edit, ranksSayWhoIsMeant)
         {G::Line, line(), {0.5, 0.505}, 100},
         {G::Line, line(), {0.5, 0.515}, 10000},
         {G::Line, line(), {0.25, 0.5}, 100},
+        {G::Line, line(), {0.79, 0.5}, 10000},
+        {G::Line, R"({"id":1,"points":[[0.5,0.5],[0.5,0.5]]})", {0.5, 0.9}, 10000},
         {G::Breakline, triangle(), {0.3, 0.252}, 100},
         {G::Breakline, triangle(), {0.5, 0.4}, 10000},
         {G::Breakline, R"({"id":1,"points":[]})", {0.0, 0.0}, 10000},
@@ -165,12 +167,6 @@ TEST(Edit, anOverlayMovesInSteps)
     EXPECT_EQ(dragged("", {-0.5, 0.5}), home);
     EXPECT_EQ(dragged(R"(,"alignment":1)", {0.5, 0.5}), QPointF(0.25, 0.5));
     EXPECT_EQ(dragged(R"(,"minMoveValue":100,"width":1000,"height":1000)", {0.66, 0.66}), QPointF(0.6, 0.6));
-}
-
-TEST(Geometry, degenerateInputHasMeasures)
-{
-    EXPECT_EQ(pointLineDistance({0.5, 0.9}, {0.5, 0.5, 0.5, 0.5}), 0.4);
-    EXPECT_EQ(pointLineDistance({1.0, 0.4}, {0.2, 0.4, 0.9, 0.4}), pointDistance({1.0, 0.4}, {0.9, 0.4}));
 }
 
 TEST(Geometry, parallelsStartLevelWithTheLeftEnd)

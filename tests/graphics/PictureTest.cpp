@@ -5,11 +5,11 @@
 #include "tests/support/GlCanvas.h"
 
 #include <QDateTime>
+#include <QPolygonF>
 
 #include <GL/gl.h>
 
 #include <cmath>
-#include <functional>
 
 using namespace shapes;
 
@@ -26,7 +26,6 @@ QImage picture(GlCanvas& canvas, const std::function<void()>& draw)
     return canvas.picture();
 }
 
-// What a draw hook makes of the shapes.
 QImage hooked(GlCanvas& canvas, const std::vector<std::shared_ptr<GraphicsBase>>& shapes)
 {
     const Window window(canvas.size());
@@ -50,12 +49,17 @@ void stroke(const QVector<QLineF>& lines)
         renderLine(kRed, line, kSize, 1);
 }
 
-QVector<QLineF> outline(const QRectF& r)
+QVector<QLineF> chain(const QVector<QPointF>& points, int count)
 {
-    return {{r.bottomLeft(), r.bottomRight()},
-            {r.bottomRight(), r.topRight()},
-            {r.topRight(), r.topLeft()},
-            {r.topLeft(), r.bottomLeft()}};
+    QVector<QLineF> lines;
+    for (int i = 1; i < count; ++i)
+        lines.append({points[i - 1], points[i]});
+    return lines;
+}
+
+QVector<QLineF> outline(const QRectF& rect)
+{
+    return chain(QPolygonF(rect), 5);
 }
 
 // The barbs of a head at `tip`, in a window of 200 pixels, for a line that comes from `back` degrees.
@@ -69,7 +73,6 @@ QVector<QLineF> head(const QPointF& tip, double back)
     return barbs;
 }
 
-// A line with a head at its second end.
 QVector<QLineF> arrow(const QLineF& line, double back)
 {
     return QVector<QLineF>{line} + head(line.p2(), back);
@@ -81,7 +84,6 @@ std::shared_ptr<GraphicsBase> pick(std::shared_ptr<GraphicsBase> shape)
     return shape;
 }
 
-// 25 points on a circle.
 QByteArray circle(QVector<QPointF>& points)
 {
     QJsonArray document;
@@ -90,14 +92,6 @@ QByteArray circle(QVector<QPointF>& points)
         document.append(QJsonArray{points[i].x(), points[i].y()});
     }
     return QJsonDocument(document).toJson();
-}
-
-QVector<QLineF> chain(const QVector<QPointF>& points, int count)
-{
-    QVector<QLineF> lines;
-    for (int i = 1; i < count; ++i)
-        lines.append({points[i - 1], points[i]});
-    return lines;
 }
 
 } // namespace

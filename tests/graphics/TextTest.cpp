@@ -1,5 +1,4 @@
 #define GL_GLEXT_PROTOTYPES
-#include "src/graphics/GraphicsBase.h"
 #include "src/graphics/TextFont.h"
 #include "tests/graphics/LiteralText.h"
 #include "tests/support/GlCanvas.h"
@@ -24,16 +23,11 @@ struct Placed
     QPointF position;
 };
 
-QImage drawn(GlCanvas& canvas, const Placed& placed, decltype(&literalText) draw)
+template <class Draw> QImage drawn(GlCanvas& canvas, const Placed& placed, Draw draw)
 {
     canvas.clear(QColor(40, 80, 120));
     draw(kGreen, QString::fromUtf8(placed.text), placed.position, canvas.size(), kTextSize);
     return canvas.picture();
-}
-
-void ours(const DrawColor& color, const QString& text, const QPointF& position, const QSize& size, int fontSize)
-{
-    renderText(color, text, position, size, fontSize);
 }
 
 } // namespace
@@ -57,8 +51,8 @@ TEST(Text, hasThePixelsOfTheWholeWindowPath)
         ASSERT_TRUE(canvas.isValid());
         for (const Placed& placed : texts) {
             const QImage expected = drawn(canvas, placed, literalText);
-            EXPECT_EQ(differingPixels(drawn(canvas, placed, ours), expected), 0) << placed.text << size.width();
-            EXPECT_EQ(differingPixels(drawn(canvas, placed, ours), expected), 0) << "again: " << placed.text;
+            EXPECT_EQ(differingPixels(drawn(canvas, placed, renderText), expected), 0) << placed.text << size.width();
+            EXPECT_EQ(differingPixels(drawn(canvas, placed, renderText), expected), 0) << "again: " << placed.text;
         }
     }
 }
@@ -77,7 +71,7 @@ TEST(Text, keepsToItsOwnGlState)
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 500);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 8);
     glActiveTexture(GL_TEXTURE3);
-    EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
+    EXPECT_EQ(differingPixels(drawn(canvas, text, renderText), expected), 0);
     GLint value = -1;
     glGetIntegerv(GL_CURRENT_PROGRAM, &value);
     EXPECT_EQ(value, 0);
@@ -91,7 +85,7 @@ TEST(Text, keepsToItsOwnGlState)
     glEnable(GL_LINES); // an error that somebody else has left
     renderText(kGreen, "none", {0.1, 0.1}, canvas.size(), kTextSize);
     EXPECT_EQ(paintedPixels(canvas.picture()), 0);
-    EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
+    EXPECT_EQ(differingPixels(drawn(canvas, text, renderText), expected), 0);
     glDeleteBuffers(2, buffers);
 }
 
@@ -103,20 +97,20 @@ TEST(Text, livesWithContextsThatComeAndGo)
     const QImage expected = drawn(stays, text, literalText);
     for (int i = 0; i < 20; ++i) {
         GlCanvas comes(size);
-        EXPECT_EQ(differingPixels(drawn(comes, text, ours), expected), 0) << i;
+        EXPECT_EQ(differingPixels(drawn(comes, text, renderText), expected), 0) << i;
         GLuint taken[8]; // names that a context without text would give to others
         glGenTextures(8, taken);
         for (const GLuint name : taken)
             glBindTexture(GL_TEXTURE_3D, name);
         stays.makeCurrent();
-        EXPECT_EQ(differingPixels(drawn(stays, text, ours), expected), 0) << i;
+        EXPECT_EQ(differingPixels(drawn(stays, text, renderText), expected), 0) << i;
     }
     GlCanvas bare(size);
     GLuint taken[16];
     glGenTextures(16, taken);
     for (const GLuint name : taken)
         glBindTexture(GL_TEXTURE_3D, name);
-    EXPECT_EQ(differingPixels(drawn(bare, text, ours), expected), 0);
+    EXPECT_EQ(differingPixels(drawn(bare, text, renderText), expected), 0);
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
@@ -126,11 +120,11 @@ TEST(Text, isDrawnByManyThreadsAtOnce)
     onThreads(3, [&](int number) {
         const Placed& text = texts[number];
         GlCanvas canvas({200, 100});
-        const QImage expected = drawn(canvas, text, ours);
+        const QImage expected = drawn(canvas, text, renderText);
         EXPECT_GT(paintedPixels(expected), 0);
         for (int i = 0; i < 20; ++i) {
             renderText(kGreen, QString("%1 %2").arg(text.text).arg(i), text.position, canvas.size(), kTextSize);
-            EXPECT_EQ(differingPixels(drawn(canvas, text, ours), expected), 0);
+            EXPECT_EQ(differingPixels(drawn(canvas, text, renderText), expected), 0);
         }
     });
 }

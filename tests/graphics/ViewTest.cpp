@@ -1,8 +1,6 @@
 #include "tests/graphics/Shapes.h"
 
-#include "include/tide_pipe/tide_pipe.h"
 #include "src/WindowDirectory.h"
-#include "src/graphics/ToolRectangle.h"
 #include "tests/double/EngineDouble.h"
 #include "tests/support/GlCanvas.h"
 
@@ -12,27 +10,23 @@ using namespace shapes;
 
 namespace {
 
-std::shared_ptr<GraphicsBase> shape(G::GraphicsType type, int id)
+std::shared_ptr<GraphicsBase> shape(G::GraphicsType type, int id = -1)
 {
+    if (type == G::Grid)
+        return make(type, R"({"gridColNum":22,"gridRowNum":18})");
     const QByteArray points = type == G::Rectangle ? "[[0,0],0,[1,1],0]" : type == G::Point ? "[0,0]" : "[[0,0],[1,1]]";
     return make(type, R"({"points":)" + points + R"(,"id":)" + QByteArray::number(id) + "}");
 }
 
-std::shared_ptr<GraphicsBase> grid()
-{
-    return make(G::Grid, R"({"gridColNum":22,"gridRowNum":18})");
-}
+using List = std::vector<std::pair<int, int>>; // types and ids
 
-// The list as pairs of type and id.
-std::vector<std::pair<int, int>> listed(const Window& window)
+List listed(const Window& window)
 {
-    std::vector<std::pair<int, int>> list;
+    List list;
     for (const auto& shape : window->getGraphics())
         list.emplace_back(shape->type(), shape->id);
     return list;
 }
-
-using List = std::vector<std::pair<int, int>>;
 
 } // namespace
 
@@ -41,11 +35,11 @@ TEST(View, aShapeTakesTheSlotOfItsIdOrKind)
     const Window window({100, 100});
     EXPECT_EQ(UseGraphicsView(&*window), window.operator->()) << "made once";
     for (const auto& added :
-         {grid(), shape(G::Polygon, 5), shape(G::Line, 3), shape(G::Point, -1), shape(G::Point, -1)})
+         {shape(G::Grid), shape(G::Polygon, 5), shape(G::Line, 3), shape(G::Point), shape(G::Point)})
         window->addGraphics(added);
     EXPECT_EQ(listed(window), (List{{G::Grid, -1}, {G::Polygon, 5}, {G::Line, 3}, {G::Point, -1}, {G::Point, -1}}));
     const auto rectangle = shape(G::Rectangle, 5);
-    for (const auto& added : {grid(), rectangle, shape(G::Breakline, 3)})
+    for (const auto& added : {shape(G::Grid), rectangle, shape(G::Breakline, 3)})
         window->addGraphics(added);
     window->addGraphics(nullptr);
     EXPECT_EQ(listed(window),
@@ -67,41 +61,6 @@ TEST(View, aShapeTakesTheSlotOfItsIdOrKind)
     const auto overlays = window->getGraphics(G::Overlay);
     ASSERT_EQ(overlays.size(), 4U);
     EXPECT_EQ(overlays[0]->toJson()["name"], "c");
-}
-
-TEST(View, clearingAllEndsTheSelection)
-{
-    const Window window({100, 100});
-    const auto line = shape(G::Line, 3);
-    window->addGraphics(line);
-    window->selectGraphics(QVariant(line->objectName()), G::Line);
-    EXPECT_TRUE(line->selected) << "a text is a name";
-    window->current_selected_graphics_ = line;
-    window->clearGraphics(QVariant("3"));
-    window->clearGraphics(QVariant());
-    EXPECT_EQ(listed(window).size(), 1U);
-    window->clearGraphics(G::Line);
-    EXPECT_TRUE(window->current_selected_graphics_);
-    window->clearGraphics(G::Any);
-    EXPECT_FALSE(window->current_selected_graphics_);
-}
-
-TEST(View, keepsTheToolAsideWhileDrawingIsDisabled)
-{
-    const Window window({100, 100});
-    const auto tool = std::make_shared<ToolRectangle>();
-    tool->id = 7;
-    window->addGraphics(shape(G::Rectangle, 7));
-    window->addGraphics(shape(G::Point, 7));
-    window->setTool(tool);
-    EXPECT_EQ(listed(window), (List{{G::Point, 7}})) << "the family of a rectangle makes room";
-    EXPECT_FALSE(window->current_tool_);
-    window->enableDraw();
-    window->enableDraw();
-    EXPECT_EQ(window->current_tool_, tool);
-    window->disableDraw();
-    window->disableDraw();
-    EXPECT_TRUE(!window->current_tool_ && window->saved_tool_ == tool);
 }
 
 TEST(View, aCountingLineMayGoWhileTheEngineReports)

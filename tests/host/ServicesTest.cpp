@@ -51,7 +51,6 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write("abc") == 3);
     }
 
-    // How the transfer of a kind to a path ends.
     Transfer run(const char* kind, const char* path, const char* fileName = "settings.cfg")
     {
         start(kind, path, fileName);

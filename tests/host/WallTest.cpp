@@ -12,7 +12,6 @@ using namespace quillmark::lumen_wall;
 
 namespace {
 
-// A wall of three plain cells.
 class CellBookTest : public ::testing::Test
 {
 protected:

@@ -1,19 +1,14 @@
 #include "src/CustomLayout.h"
 #include "src/LayoutDetail.h"
+#include "src/LayoutManager.h"
+#include "tests/support/Documents.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <ostream>
-#include <vector>
-
-// So that a failure shows the rectangle.
-static void PrintTo(const QRect& r, std::ostream* out)
-{
-    *out << r.x() << "," << r.y() << " " << r.width() << "x" << r.height();
-}
 
 using namespace quillmark::lumen_deck;
+using namespace documents;
 
 namespace {
 
@@ -25,20 +20,12 @@ TEST(FitPlayWindow, FollowsTheRatioMode)
     const QSize none(0, 0);
     // The cell, its mode and resolution, and the window in it.
     const std::tuple<QSize, int, QSize, QRect> table[] = {
-        {{102, 102}, 0, none, {1, 1, 100, 100}},
-        {{400, 200}, 1, none, {68, 1, 264, 198}},
-        {{200, 400}, 1, none, {1, 126, 198, 148}},
-        {{400, 300}, 1, none, {1, 1, 398, 298}},
-        {{400, 200}, 2, none, {24, 1, 352, 198}},
-        {{200, 400}, 2, none, {1, 144, 198, 111}},
-        {{400, 202}, 3, {352, 288}, {78, 1, 244, 200}},
-        {{102, 400}, 3, {704, 576}, {1, 159, 100, 81}},
-        {{400, 200}, 3, none, {1, 1, 398, 198}},
-        {{400, 200}, 3, {-16, -9}, {1, 1, 398, 198}},
-        {{102, 402}, 3, {2147483647, 2147483647}, {1, 151, 100, 100}},
-        {{202, 402}, 4, none, {1, 101, 200, 200}},
-        {{402, 202}, 4, none, {101, 1, 200, 200}},
-        {{102, 102}, 4, none, {1, 1, 100, 100}},
+        {{102, 102}, 0, none, {1, 1, 100, 100}},        {{400, 200}, 1, none, {68, 1, 264, 198}},
+        {{200, 400}, 1, none, {1, 126, 198, 148}},      {{400, 200}, 2, none, {24, 1, 352, 198}},
+        {{200, 400}, 2, none, {1, 144, 198, 111}},      {{400, 202}, 3, {352, 288}, {78, 1, 244, 200}},
+        {{102, 400}, 3, {704, 576}, {1, 159, 100, 81}}, {{400, 200}, 3, none, {1, 1, 398, 198}},
+        {{400, 200}, 3, {-16, -9}, {1, 1, 398, 198}},   {{102, 402}, 3, {2147483647, 2147483647}, {1, 151, 100, 100}},
+        {{202, 402}, 4, none, {1, 101, 200, 200}},      {{402, 202}, 4, none, {101, 1, 200, 200}},
     };
     for (const auto& [cell, mode, resolution, window] : table)
         EXPECT_EQ(fitPlayWindow(cell, mode, resolution), window) << mode << " in " << cell.width();
@@ -54,15 +41,8 @@ protected:
 
     QWidget* add(double left, double top, double width, double height, int layer = 0, bool dragable = false)
     {
-        Cell cell;
-        cell.left = left;
-        cell.top = top;
-        cell.width = width;
-        cell.height = height;
-        cell.layer = layer;
-        cell.dragable = dragable;
         auto* widget = new QWidget(&main_);
-        layout_->addWidget(widget, cell);
+        layout_->addWidget(widget, {1, 1, {}, {}, {}, {}, width, height, top, left, layer, dragable});
         widget->show();
         return widget;
     }
@@ -133,6 +113,53 @@ TEST_F(CustomLayoutTest, ADragStaysInsideOrIsDroppedWhole)
     QPointF delta(0.1, 0.1);
     layout_->updateWidget(&delta, -1, {});
     layout_->updateWidget(&delta, 2, {});
+}
+
+QList<Cell> cells(const char* text)
+{
+    const auto [error, table] = construct_layout_table(json(text).array());
+    EXPECT_FALSE(error) << text;
+    return table ? *table : QList<Cell>();
+}
+
+TEST(LayoutTable, EveryKeyIsReadAndBroughtIntoItsRange)
+{
+    const QList<Cell> table = cells(R"([{"colspan":2,"rowspan":3,"border_color":"red","background_color":"#010203",
+        "name":"n","wndIndex":"left","ratio":4,"left":0.1,"top":0.2,"width":0.3,"height":0.4,"layer":5,"dragable":true},
+        {}, {}, {"colspan":40,"rowspan":0,"ratio":1e30,"wndIndex":1.5},{"colspan":"x","ratio":"x","layer":"x"},
+        {"ratio":-1}])");
+    const Cell& cell = table[0];
+    EXPECT_EQ(cell.reference, QVariant("left"));
+    EXPECT_EQ(QRectF(cell.left, cell.top, cell.width, cell.height), QRectF(0.1, 0.2, 0.3, 0.4));
+    EXPECT_EQ(cell.layer, 5);
+    EXPECT_TRUE(!table[1].name.isEmpty() && table[1].name != table[2].name);
+    EXPECT_EQ(table[1].reference, QVariant(1));
+    EXPECT_EQ(table[3].reference, QVariant(0));
+    const int spansAndRatios[][3] = {{2, 3, 4}, {1, 1, 0}, {1, 1, 0}, {16, 1, 0}, {1, 1, 0}, {1, 1, 0}};
+    for (int i = 0; i < table.size(); ++i) {
+        const int read[] = {table[i].colSpan, table[i].rowSpan, table[i].ratio};
+        EXPECT_TRUE(std::equal(std::begin(read), std::end(read), spansAndRatios[i])) << i;
+    }
+}
+
+TEST(LayoutTable, TheFirstBadFieldIsTheError)
+{
+    const std::pair<const char*, std::string> rows[] = {
+        {"[1]", "error setting layout, layout should be a one-demension array of object describing the layout"},
+        {R"([{"left":"a"}])", mismatch("left", "double")},
+        {R"([{"border_color":"nocolor"}])", mismatch("border_color", "color")},
+        {R"([{"border_color":7}])", mismatch("border_color", "color")},
+        {R"([{"name":null}])", mismatch("name", "string")},
+        {R"([{"dragable":1}])", mismatch("dragable", "bool")},
+        {R"([{"wndIndex":true}])",
+         "error parsing refence key wndIndex, type mismatch, type required is int, std::size_t or QString"},
+        {R"([{},{"dragable":1,"top":[]},{"name":3}])", mismatch("top", "double")},
+    };
+    for (const auto& [text, message] : rows) {
+        const auto [error, table] = construct_layout_table(json(text).array());
+        EXPECT_FALSE(table);
+        EXPECT_EQ(messageOf(error), message);
+    }
 }
 
 } // namespace

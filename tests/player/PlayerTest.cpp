@@ -1,10 +1,6 @@
 #include "tests/support/Wall.h"
 
-#include <thread>
-
 using namespace wall;
-
-namespace {
 
 class PlayerTest : public WallTest
 {
@@ -55,23 +51,18 @@ TEST_F(PlayerTest, messagesThatComeBeforeTheIdIsKnownAreSentInOrder)
     EXPECT_FALSE(heard(8, 3, 0));
 }
 
-TEST_F(PlayerTest, messagesOfAWindowThatIsBeingStoppedOrDestroyedAreDropped)
+TEST_F(PlayerTest, destructionEndsRecordingThenStreamAndDropsLateMessages)
 {
     bool heardLate = true;
     const int id = play();
+    ask(LD_StartSave, R"({"wndIndex":0,"fileName":"f"})");
     engine_double::onCall("TP_Stop", [&] { heardLate = heard(id, 5, 0); });
+    const std::size_t before = calls().size();
     delete player();
+    const std::string number = "(" + std::to_string(id) + ")";
+    EXPECT_THAT(engineCalls(before), ElementsAre("TP_StopSave" + number, "TP_Stop" + number));
     EXPECT_FALSE(heardLate) << "the id is forgotten before the engine stops";
     EXPECT_THAT(engine_double::livePlays(), IsEmpty());
-}
-
-TEST_F(PlayerTest, destructionEndsRecordingThenStream)
-{
-    const std::string id = std::to_string(play());
-    ask(LD_StartSave, R"({"wndIndex":0,"fileName":"f"})");
-    const std::size_t before = calls().size();
-    destroyMain();
-    EXPECT_THAT(engineCalls(before), ElementsAre("TP_StopSave(" + id + ")", "TP_Stop(" + id + ")"));
 }
 
 TEST_F(PlayerTest, wheelStepsDownwardsInSingleFrameModeOnly)
@@ -92,5 +83,3 @@ TEST_F(PlayerTest, wheelStepsDownwardsInSingleFrameModeOnly)
     EXPECT_EQ(steps(), 3U);
     EXPECT_EQ(player()->playStatus(), Player::FrameStepping);
 }
-
-} // namespace

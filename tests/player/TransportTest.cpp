@@ -1,14 +1,11 @@
 #include "tests/support/Wall.h"
 
-#include <QLayout>
-
 using namespace wall;
 
 namespace {
 
 using TransportTest = WallTest;
 
-// What is done to a playing window by one call of the engine.
 // clang-format off
 const std::pair<WithWidget, const char*> operations[] = {
     {LD_Pause, "TP_Pause"}, {LD_Resume, "TP_Resume"}, {LD_Fast, "TP_Fast"}, {LD_Slow, "TP_Slow"},
@@ -52,23 +49,14 @@ TEST_F(TransportTest, pausesOnceAndResumesForwards)
     EXPECT_EQ(player()->playStatus(), Player::Playing);
 }
 
-TEST_F(TransportTest, stopEndsTheRecordingFirstAndCanBeTriedAgain)
+TEST_F(TransportTest, stopEndsTheRecordingFirst)
 {
     const std::string id = std::to_string(play());
     ask(LD_StartSave, R"({"wndIndex":0,"fileName":"f"})");
-    engine_double::answer("TP_StopSave", -1);
-    engine_double::answer("TP_Stop", -1);
     const std::size_t before = calls().size();
-    EXPECT_EQ(ask(LD_Stop).message(),
-              "call tide_pipe TP_Stop error, TidePipe Call returns -1, TP_GetLastError() returns 0");
-    EXPECT_TRUE(player()->playing());
-    EXPECT_FALSE(player()->saving());
-    engine_double::answer("TP_Stop", 0);
     EXPECT_TRUE(ask(LD_Stop).null);
-    EXPECT_TRUE(ask(LD_Stop).null) << "stopping a stopped window is no error";
-    EXPECT_TRUE(ask(LD_Stop, R"({"wndIndex":1})").null) << "nor one that never played";
-    EXPECT_THAT(engineCalls(before),
-                ElementsAre("TP_StopSave(" + id + ")", "TP_Stop(" + id + ")", "TP_Stop(" + id + ")"));
+    EXPECT_TRUE(ask(LD_Stop, R"({"wndIndex":1})").null) << "one that never played is stopped";
+    EXPECT_THAT(engineCalls(before), ElementsAre("TP_StopSave(" + id + ")", "TP_Stop(" + id + ")"));
 }
 
 TEST_F(TransportTest, stopAllReachesParkedWindowsAndTakesNoRefusalBadly)
@@ -124,6 +112,88 @@ TEST_F(TransportTest, volumeIsPercentInSixteenBits)
     EXPECT_EQ(ask(LD_SetVolume, R"({"wndIndex":0,"volume":null})").message(), missing("volume"));
     EXPECT_EQ(LD_CloseSound(), nullptr);
     EXPECT_EQ(calls("TP_CloseSound").size(), 1U);
+}
+
+TEST_F(TransportTest, namesPicturesByFormatAndKind)
+{
+    const std::tuple<const char*, const char*, const char*, QString> pictures[] = {
+        {"0", "playback_cam1.jpg", "TP_JPEGCapture", dayFolder("PlaybackPics") + "/cam1.jpg"},
+        {"0", "cam1.bmp", "TP_JPEGCapture", dayFolder("CaptureFiles") + "/cam1.jpg"},
+        {"1", "a.jpg.bmp", "TP_BMPCapture", dayFolder("CaptureFiles") + "/a.bmp"},
+        {"1", "a.JPG", "TP_BMPCapture", dayFolder("CaptureFiles") + "/a.JPG.bmp"},
+        {"\"x\"", "ü", "TP_JPEGCapture", dayFolder("CaptureFiles") + "/ü.jpg"},
+    };
+    const std::string id = std::to_string(play());
+    ask(LD_Pause);
+    for (const auto& [format, fileName, call, path] : pictures) {
+        configure(QByteArray(R"({"captureFileFormat":)") + format + "}");
+        const QByteArray request = QByteArray(R"({"wndIndex":0,"fileName":")") + fileName + "\"}";
+        EXPECT_TRUE(ask(LD_Snapshot, request).null);
+        EXPECT_THAT(calls(call).back().arguments, ElementsAre(id, path.toStdString()));
+        EXPECT_TRUE(QFileInfo(path).dir().exists());
+    }
+    engine_double::answer("TP_BMPCapture", -1);
+    configure(R"({"captureFileFormat":1})");
+    EXPECT_THAT(ask(LD_Snapshot, R"({"wndIndex":0,"fileName":"a"})").message(), HasSubstr("TP_JPEGCapture error, "));
+    EXPECT_EQ(ask(LD_Snapshot, R"({"fileName":1})").message(),
+              "Snapshot descriptor should contains key 'fileName' of String");
+    configure(R"({"captureFileFormat":2})");
+    EXPECT_EQ(ask(LD_Snapshot, R"({"fileName":"a"})").message(), "file format magic number is neither 0 nor 1");
+}
+
+TEST_F(TransportTest, onScreenTimeIsLocalAndRollsOver)
+{
+    play();
+    const auto osdTime = [this](const std::vector<double>& record) {
+        engine_double::give("TP_GetOSDTime", record);
+        return ask(LD_GetOSDTime);
+    };
+    const QDateTime noon({2024, 7, 1}, {12, 0});
+    EXPECT_EQ(osdTime({2024, 7, 1, 12, 0, 0}).object["osdTime"].toDouble(),
+              static_cast<double>(noon.toSecsSinceEpoch()));
+    EXPECT_EQ(osdTime({2023, 13, 1, 0, 0, 60}).object, osdTime({2024, 1, 1, 0, 1, 0}).object);
+    const std::vector<double> outside[] = {{2038, 1, 1, 0, 0, 0},  {1969, 1, 1, 0, 0, 0},  {2024, 14, 1, 0, 0, 0},
+                                           {2024, 0, 1, 0, 0, 0},  {2024, 1, 0, 0, 0, 0},  {2024, 1, 32, 0, 0, 0},
+                                           {2024, 1, 1, 61, 0, 0}, {2024, 1, 1, 0, 61, 0}, {2024, 1, 1, 0, 0, 61}};
+    for (const auto& record : outside)
+        EXPECT_EQ(osdTime(record).message(), "the player is not playing can not get osd time");
+}
+
+Answer startTalk(const QJsonObject& changes, const char* without = "")
+{
+    QJsonObject request =
+        documents::object(R"({"openUrl":"o","closeUrl":"c","dataUrl":"d","auth":"ä","audioType":1,"uuid":"u"})");
+    for (const QString& key : changes.keys())
+        request[key] = changes[key];
+    request.remove(without);
+    const QJsonDocument document(request);
+    return take(LD_StartVoiceTalk(&document));
+}
+
+TEST_F(TransportTest, passesATalkOnAndStopsItOnce)
+{
+    const journal::Tolerated wrongTypes;
+    engine_double::reset();
+    engine_double::answer("TP_StartVoiceTalk", 0);
+    EXPECT_TRUE(startTalk({{"bitRate", QJsonValue()}, {"sampleRate", 8000}, {"soundChannel", "x"}}).null);
+    for (const char* const uuid : {R"({"uuid":"u"})", R"({"uuid":"u"})", R"({"uuid":"never seen"})"})
+        EXPECT_TRUE(ask(LD_StopVoiceTalk, uuid).null);
+    EXPECT_THAT(engineCalls(), ElementsAre("TP_StartVoiceTalk(o, c, d, ä, 1, 0, 8000, 0, -1)", "TP_StopVoiceTalk(0)"));
+    engine_double::answer("TP_StartVoiceTalk", -1);
+    EXPECT_FALSE(startTalk({}).null);
+    EXPECT_TRUE(ask(LD_StopVoiceTalk, R"({"uuid":"u"})").null);
+    EXPECT_EQ(calls("TP_StopVoiceTalk").size(), 1U) << "a refused talk is not stopped";
+}
+
+TEST_F(TransportTest, readsEverythingOfATalkButTheUuidBeforeItCalls)
+{
+    for (const char* key : {"openUrl", "closeUrl", "dataUrl", "auth", "audioType"})
+        EXPECT_EQ(startTalk({}, key).message(), missing(key));
+    EXPECT_TRUE(calls("TP_StartVoiceTalk").empty());
+    EXPECT_EQ(startTalk({}, "uuid").message(), missing("uuid"));
+    EXPECT_EQ(calls("TP_StartVoiceTalk").size(), 1U);
+    EXPECT_EQ(ask(LD_StopVoiceTalk, "[]").message(), missing("uuid"));
+    EXPECT_EQ(ask(LD_StartVoiceTalk, "[]").message(), "open voice talk ");
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "src/interface/CallFrame.h"
+#include "tests/support/Functions.h"
 #include "tests/support/Journal.h"
-
-#include "include/lumen_deck/lumen_deck.h"
 
 #include <QJsonArray>
 
@@ -12,10 +11,7 @@ namespace quillmark::lumen_deck {
 
 namespace {
 
-using WithBoth = QJsonDocument* (*)(QWidget*, const QJsonDocument*);
-using WithWidget = QJsonDocument* (*)(QWidget*);
-using WithDocument = QJsonDocument* (*)(const QJsonDocument*);
-using WithNothing = QJsonDocument* (*)();
+using namespace functions;
 
 QJsonValue valueOf(const QJsonDocument* document, const QJsonValue& none)
 {

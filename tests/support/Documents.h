@@ -3,6 +3,7 @@
 #include "src/util/Errors.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 

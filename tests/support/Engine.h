@@ -2,19 +2,18 @@
 
 #include "include/tide_pipe/tide_pipe.h"
 
+#include <QTemporaryDir>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <thread>
 
-// What the tests of the engine share.
 namespace engine_test {
 
 template <class Condition> bool eventually(Condition isSo, std::chrono::milliseconds limit = std::chrono::seconds(20))
@@ -29,15 +28,6 @@ template <class Condition> bool eventually(Condition isSo, std::chrono::millisec
 class Folder
 {
 public:
-    Folder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "engine-XXXXXX").string();
-        path_ = mkdtemp(name.data());
-    }
-    ~Folder() { std::filesystem::remove_all(path_); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-
     std::string operator/(const std::string& name) const { return path_ + "/" + name; }
     std::string write(const std::string& name, const std::string& content) const // answers the path
     {
@@ -55,7 +45,8 @@ public:
     }
 
 private:
-    std::string path_;
+    QTemporaryDir folder_;
+    std::string path_ = folder_.path().toStdString();
 };
 
 // By the ffmpeg tool; `arguments` ends with the file that it makes.

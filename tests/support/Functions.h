@@ -29,16 +29,12 @@ struct Function
 
     QJsonDocument* operator()(QWidget* wall, const QJsonDocument* request) const
     {
-        struct Caller
-        {
-            QWidget* wall;
-            const QJsonDocument* request;
-            QJsonDocument* operator()(WithBoth f) const { return f(wall, request); }
-            QJsonDocument* operator()(WithWidget f) const { return f(wall); }
-            QJsonDocument* operator()(WithDocument f) const { return f(request); }
-            QJsonDocument* operator()(WithNothing f) const { return f(); }
-        };
-        return std::visit(Caller{wall, request}, address);
+        if (const auto* const both = std::get_if<WithBoth>(&address))
+            return (*both)(wall, request);
+        if (const auto* const widget = std::get_if<WithWidget>(&address))
+            return (*widget)(wall);
+        const auto* const document = std::get_if<WithDocument>(&address);
+        return document ? (*document)(request) : std::get<WithNothing>(address)();
     }
 };
 
@@ -46,7 +42,13 @@ struct Function
 inline const std::vector<Function>& all()
 {
     static const std::vector<Function> list = [] {
-        enum Route { Queued = 0, Unmoved = 0, DirectThenQueued = 0, Direct = 1 };
+        enum Route
+        {
+            Queued = 0,
+            Unmoved = 0,
+            DirectThenQueued = 0,
+            Direct = 1
+        };
         std::vector<Function> functions{
 #define LUMEN_DECK_WD(name, route) {#name, (route) != 0, name},
 #define LUMEN_DECK_W(name, route) {#name, (route) != 0, name},
@@ -61,7 +63,6 @@ inline const std::vector<Function>& all()
     return list;
 }
 
-// Those of one signature.
 template <class Signature> std::vector<std::pair<std::string_view, Signature>> of()
 {
     std::vector<std::pair<std::string_view, Signature>> chosen;

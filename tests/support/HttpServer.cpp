@@ -28,11 +28,6 @@ std::string pathOf(const std::string& target)
     return target.substr(0, target.find('?'));
 }
 
-std::string lowerCase(const std::string& text)
-{
-    return QByteArray::fromStdString(text).toLower().toStdString();
-}
-
 std::string md5(const std::string& text)
 {
     return QCryptographicHash::hash(QByteArray::fromStdString(text), QCryptographicHash::Md5).toHex().toStdString();
@@ -41,8 +36,9 @@ std::string md5(const std::string& text)
 // One field of an Authorization header, with or without quotes.
 std::string digestField(const std::string& header, const std::string& name)
 {
-    const QRegularExpression field(QString::fromStdString(" " + name + "=\"?([^\",]*)"));
-    return field.match(QString::fromStdString(header)).captured(1).toStdString();
+    const QRegularExpression field("\\b" + QString::fromStdString(name) + R"re(=(?:"([^"]*)"|([^", ]+)))re");
+    const QRegularExpressionMatch match = field.match(QString::fromStdString(header));
+    return (match.captured(1) + match.captured(2)).toStdString();
 }
 
 bool isDigestRight(const Request& request, const std::string& header, const std::string& user,
@@ -56,7 +52,6 @@ bool isDigestRight(const Request& request, const std::string& header, const std:
            digestField(header, "response") == md5(ha1 + middle + ha2);
 }
 
-// Self-signed for 127.0.0.1, and good for a day.
 std::shared_ptr<SSL_CTX> throwAwayContext(std::string& pem)
 {
     std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_EC_gen("P-256"), EVP_PKEY_free);
@@ -88,7 +83,6 @@ std::shared_ptr<SSL_CTX> throwAwayContext(std::string& pem)
 
 } // namespace
 
-// One connection, plain or TLS.
 class HttpServer::Line
 {
 public:
@@ -171,24 +165,6 @@ HttpServer::~HttpServer()
     close(listener_);
 }
 
-void HttpServer::on(const std::string& path, Handler handler)
-{
-    const std::lock_guard lock(lock_);
-    routes_[path].handler = std::move(handler);
-}
-
-void HttpServer::onBody(const std::string& path, BodyHandler handler)
-{
-    const std::lock_guard lock(lock_);
-    routes_[path].bodyHandler = std::move(handler);
-}
-
-void HttpServer::protect(const std::string& path, Login login, const std::string& user, const std::string& password)
-{
-    const std::lock_guard lock(lock_);
-    routes_[path].account = {login, user, password};
-}
-
 std::string HttpServer::url(const std::string& path) const
 {
     return (security_ == Security::Tls ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_) + path;
@@ -227,13 +203,6 @@ void HttpServer::acceptLines()
     }
 }
 
-HttpServer::Route HttpServer::routeOf(const std::string& path) const
-{
-    const std::lock_guard lock(lock_);
-    const auto found = routes_.find(path);
-    return found != routes_.end() ? found->second : Route{};
-}
-
 bool HttpServer::readBody(Line& line, Request& request, const BodyHandler& handler) const
 {
     const BodyHandler take = [&](std::string_view piece) {
@@ -262,12 +231,12 @@ std::optional<Response> HttpServer::refuse(const Request& request, const Account
     const auto header = request.headers.find("authorization");
     const std::string given = header != request.headers.end() ? header->second : "";
     const std::string realm = std::string(" realm=\"") + kRealm + "\"";
-    const QByteArray credential = QByteArray::fromStdString(account.user + ":" + account.password);
-    if (account.login == Login::Basic && given != "Basic " + credential.toBase64().toStdString())
+    const QByteArray words = QByteArray::fromStdString(account.user + ":" + account.password);
+    if (account.login == Login::Basic && given != "Basic " + words.toBase64().toStdString())
         return Response{401, "Who are you?", {{"WWW-Authenticate", "Basic" + realm}}};
+    const std::string challenge = "Digest" + realm + ", qop=\"auth\", nonce=\"" + kNonce + "\"";
     if (account.login == Login::Digest && !isDigestRight(request, given, account.user, account.password))
-        return Response{
-            401, "Who are you?", {{"WWW-Authenticate", "Digest" + realm + ", qop=\"auth\", nonce=\"" + kNonce + "\""}}};
+        return Response{401, "Who are you?", {{"WWW-Authenticate", challenge}}};
     return std::nullopt;
 }
 
@@ -283,7 +252,6 @@ std::string headOf(const Response& response)
     return head + "\r\n";
 }
 
-// Gives the body piece by piece.
 std::function<std::string()> piecesOf(const Response& response)
 {
     if (response.next)
@@ -309,9 +277,12 @@ void HttpServer::serve(int socket)
     request.method = text.substr(0, gap);
     request.target = text.substr(gap + 1, text.rfind(' ') - gap - 1);
     while (line.readLine(text) && !text.empty())
-        request.headers[lowerCase(text.substr(0, text.find(':')))] =
+        request.headers[QString::fromStdString(text.substr(0, text.find(':'))).toLower().toStdString()] =
             text.substr(std::min(text.size(), text.find(": ") + 2));
-    const Route route = routeOf(pathOf(request.target));
+    const Route route = [&] {
+        const std::lock_guard lock(lock_);
+        return routes_[pathOf(request.target)];
+    }();
     if (request.headers.count("expect") != 0)
         line.write("HTTP/1.1 100 Continue\r\n\r\n");
     // A body without an end is not waited for before a stranger is refused.

@@ -33,7 +33,6 @@ struct Response
     std::map<std::string, std::string> headers = {};
     std::function<std::string()> next = {}; // pieces in place of `body`, until an empty one; no length is told
 
-    // Faults.
     std::optional<size_t> claimedLength = {}; // told in place of the real one
     std::optional<size_t> cutAfter = {};      // bytes of the body after which the line is cut
     std::chrono::milliseconds pause{0};       // before each piece
@@ -64,14 +63,17 @@ public:
     ~HttpServer();
 
     // Paths without a handler answer 404.
-    void on(const std::string& path, Handler handler);
+    void on(const std::string& path, Handler handler) { set(path, &Route::handler, std::move(handler)); }
     void on(const std::string& path, const Response& always)
     {
         on(path, [always](const Request&) { return always; });
     }
     // Pieces of a request's body as they come, for bodies without an end.
-    void onBody(const std::string& path, BodyHandler handler);
-    void protect(const std::string& path, Login login, const std::string& user, const std::string& password);
+    void onBody(const std::string& path, BodyHandler handler) { set(path, &Route::bodyHandler, std::move(handler)); }
+    void protect(const std::string& path, Login login, const std::string& user, const std::string& password)
+    {
+        set(path, &Route::account, {login, user, password});
+    }
 
     std::string url(const std::string& path) const;
     std::vector<Request> requests(const std::string& path = {}) const; // that were answered by a handler or refused
@@ -92,9 +94,13 @@ private:
     };
     class Line;
 
+    template <class Value> void set(const std::string& path, Value Route::*what, Value value)
+    {
+        const std::lock_guard lock(lock_);
+        routes_[path].*what = std::move(value);
+    }
     void acceptLines();
     void serve(int socket);
-    Route routeOf(const std::string& path) const;
     bool readBody(Line& line, Request& request, const BodyHandler& handler) const;
     static std::optional<Response> refuse(const Request& request, const Account& account);
 

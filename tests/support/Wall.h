@@ -1,6 +1,8 @@
 #pragma once
 
 #include "include/lumen_deck/lumen_deck.h"
+#include "src/LayoutDetail.h"
+#include "src/LayoutManager.h"
 #include "src/local_info.h"
 #include "src/player/Player.h"
 #include "tests/double/EngineDouble.h"
@@ -10,7 +12,8 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QDate>
-#include <QFile>
+#include <QDir>
+#include <QLayout>
 #include <QLoggingCategory>
 #include <QMouseEvent>
 #include <QWheelEvent>
@@ -19,11 +22,9 @@
 #include <gmock/gmock.h>
 
 #include <map>
-#include <memory>
 #include <mutex>
 #include <set>
-#include <string>
-#include <vector>
+#include <thread>
 
 // A wall on the engine double, driven as a host drives it, with documents as text.
 namespace wall {
@@ -32,6 +33,7 @@ using documents::json;
 using documents::mismatch;
 using documents::missing;
 using engine_double::calls;
+using quillmark::lumen_deck::IPlayWindow;
 using quillmark::lumen_deck::Player;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -112,17 +114,6 @@ inline void turnWheel(QWidget* window, QPoint at, QPoint angle)
     QApplication::sendEvent(window, &event);
 }
 
-inline QList<QAbstractEventDispatcher::TimerInfo> timersOf(QObject* object)
-{
-    return QAbstractEventDispatcher::instance()->registeredTimers(object);
-}
-
-inline void expire(QObject* object, int timer)
-{
-    QTimerEvent event(timer);
-    QApplication::sendEvent(object, &event);
-}
-
 // Four windows, default settings, and the events that came.
 class WallTest : public ::testing::Test
 {
@@ -153,6 +144,7 @@ protected:
         take(LD_Initialize(&main()));
     }
 
+    IPlayWindow* window(int index) { return quillmark::lumen_deck::Layout(&main()).getPlayWindow(QVariant(index)); }
     Player* player() { return main().findChild<Player*>(); } // the first there is
 
     Answer ask(WithWidget function, const QByteArray& request = R"({"wndIndex":0})")
@@ -175,6 +167,24 @@ protected:
         EXPECT_TRUE(answer.null) << answer.message();
         const std::vector<int> live = engine_double::livePlays();
         return live.empty() ? -1 : live.back();
+    }
+
+    // The timers of an object, by their intervals.
+    static std::vector<int> timers(QObject* object)
+    {
+        std::vector<int> intervals;
+        for (const auto& timer : QAbstractEventDispatcher::instance()->registeredTimers(object))
+            intervals.push_back(timer.interval);
+        return intervals;
+    }
+    static void expire(QObject* object, int interval)
+    {
+        for (const auto& timer : QAbstractEventDispatcher::instance()->registeredTimers(object)) {
+            QTimerEvent event(timer.timerId);
+            if (timer.interval == interval)
+                return void(QApplication::sendEvent(object, &event));
+        }
+        ADD_FAILURE() << "no timer of " << interval << " ms runs";
     }
 
     static std::vector<Event>& events() { return heard()[LD_EVENT_STREAM]; }
