@@ -14,5 +14,5 @@ on_display() {
     xvfb-run -a -s "-screen 0 1920x1080x24 +extension GLX" "$@"
 }
 on_display bench/peers/compare.py docs/measured "$@"
-bench/peers/plot.py docs/measured/walls.csv docs/pictures/walls.png
+/usr/bin/python3 bench/peers/plot.py docs/measured/walls.csv docs/pictures/walls.png
 on_display bench/peers/start.py

@@ -156,7 +156,7 @@ public:
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("TSAN_OPTIONS", "report_bugs=0"); // the camera is not what is tested
-        environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+        environment.insert("ASAN_OPTIONS", "detect_leaks=0:verify_asan_link_order=0");
         process_.setProcessEnvironment(environment);
         process_.start(QCoreApplication::applicationDirPath() + "/rtsp_test_server",
                        QStringList{QString::number(port_), "120"} + settings);
