@@ -34,9 +34,9 @@ trap unmount EXIT
 unmount
 rm -rf "$root"
 cp -a "$bare" "$root"
-mkdir -p "$root/work"
-cp -r build/package/*.deb examples scripts/try_packages.sh "$root/work/"
+mkdir -p "$root/try"
+cp -r build/package/*.deb examples scripts/try_packages.sh "$root/try/"
 cp /etc/resolv.conf "$root/etc/"
 cp -r /etc/apt/apt.conf.d/. "$root/etc/apt/apt.conf.d/"
 mount -t proc proc "$root/proc"
-env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 chroot "$root" /work/try_packages.sh
+env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 chroot "$root" /try/try_packages.sh

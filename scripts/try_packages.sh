@@ -43,6 +43,6 @@ chown -R viewer .
 su viewer -c "xvfb-run -a -s '-screen 0 1280x800x24 +extension GLX' $PWD/try_packages.sh under-display"
 
 apt-get purge -y -qq lumen-wall liblumen-deck-dev liblumen-deck1 libtide-pipe1 >purge.log 2>&1
-left=$(find / -xdev -path /work -prune -o -path /proc -prune -o \( -name '*lumen*deck*' -o -name '*tide_pipe*' \) -print)
+left=$(find / -xdev -path /try -prune -o -path /proc -prune -o \( -name '*lumen*deck*' -o -name '*tide_pipe*' \) -print)
 [ -z "$left" ] || { echo "left after removal: $left" >&2; exit 1; }
 echo "installed, used and removed without a trace"

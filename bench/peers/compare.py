@@ -87,7 +87,7 @@ def main():
     arguments.folder.mkdir(parents=True, exist_ok=True)
     rows = []
     with open(arguments.folder / "walls.csv", "w", newline="", encoding="utf-8") as file:
-        writer = csv.DictWriter(file, COLUMNS)
+        writer = csv.DictWriter(file, COLUMNS, lineterminator="\n")
         writer.writeheader()
         for row in runs(arguments):
             rows.append(row)
